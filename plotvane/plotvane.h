@@ -17,3 +17,6 @@
 #include "foundation/Types.h"
 #include "foundation/ValueArrays.h"
 #include "foundation/ValueTypes.h"
+#include "measure/ChartPointD.h"
+#include "measure/ChartPointDArray.h"
+#include "measure/ChartPointDArrayArray.h"
