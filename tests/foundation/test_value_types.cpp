@@ -1,0 +1,158 @@
+#include "foundation/Geometry.h"
+#include "foundation/StringEx.h"
+#include "foundation/ValueTypes.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+TEST(CRectF, EdgesFollowYUp)
+{
+    CRectF r;
+    r.SetData(1.0f, 2.0f, 5.0f, 10.0f); // left, bottom, right, top
+    EXPECT_EQ(r.x, 1.0f);
+    EXPECT_EQ(r.y, 10.0f);
+    EXPECT_EQ(r.width, 4.0f);
+    EXPECT_EQ(r.height, 8.0f);
+    EXPECT_EQ(r.Left(), 1.0f);
+    EXPECT_EQ(r.Right(), 5.0f);
+    EXPECT_EQ(r.Top(), 10.0f);
+    EXPECT_EQ(r.Bottom(), 2.0f);
+    EXPECT_EQ(r.CenterPoint(), CPointF(3.0f, 6.0f));
+
+    r.Offset(1.0f, -2.0f);
+    EXPECT_EQ(r.Left(), 2.0f);
+    EXPECT_EQ(r.Bottom(), 0.0f);
+
+    CRectF fromD(CRectD(-1.0, -2.0, 3.0, 4.0));
+    EXPECT_EQ(fromD.Left(), -1.0f);
+    EXPECT_EQ(fromD.Top(), 4.0f);
+    EXPECT_EQ(fromD.Bottom(), -2.0f);
+}
+
+TEST(CRectF, InflateMovesEdgesOrScalesAboutTheCentre)
+{
+    CRectF r;
+    r.SetData(0.0f, 0.0f, 10.0f, 20.0f);
+    r.Inflate(1.0f, 2.0f);
+    EXPECT_EQ(r.Left(), -1.0f);
+    EXPECT_EQ(r.Right(), 11.0f);
+    EXPECT_EQ(r.Bottom(), -2.0f);
+    EXPECT_EQ(r.Top(), 22.0f);
+
+    CRectF s;
+    s.SetData(0.0f, 0.0f, 10.0f, 20.0f);
+    s.Inflate(140.0f);
+    EXPECT_FLOAT_EQ(s.Left(), -2.0f);
+    EXPECT_FLOAT_EQ(s.Right(), 12.0f);
+    EXPECT_FLOAT_EQ(s.Bottom(), -4.0f);
+    EXPECT_FLOAT_EQ(s.Top(), 24.0f);
+    EXPECT_EQ(s.CenterPoint(), CPointF(5.0f, 10.0f));
+
+    CRectF t;
+    t.SetData(-4.0f, -4.0f, 4.0f, 4.0f);
+    t.Inflate(125.0f);
+    EXPECT_FLOAT_EQ(t.width, 10.0f);
+    EXPECT_FLOAT_EQ(t.Top(), 5.0f);
+}
+
+TEST(ValueTypes, ExactEquality)
+{
+    EXPECT_TRUE(CPointF(1.0f, 2.0f) == CPointF(1.0f, 2.0f));
+    EXPECT_TRUE(CPointF(1.0f, 2.0f) != CPointF(1.0f, 2.5f));
+    EXPECT_FALSE(CPointF(NAN, 0.0f) == CPointF(NAN, 0.0f));
+    EXPECT_TRUE(CPointN(1, 2) == CPointN(1, 2));
+    // The != of CPointN answers 0 either way.
+    EXPECT_FALSE(CPointN(1, 2) != CPointN(3, 4));
+    EXPECT_TRUE(CRectD(0, 0, 1, 1) != CRectD(0, 0, 1, 2));
+    EXPECT_EQ(CRectD(0, 1, 4, 3).GetArea(), 8.0);
+    EXPECT_EQ(CPointD(0, 0).DistanceToPoint(CPointD(3, 4)), 5.0);
+    CPointD p;
+    p.GetX() = 2.5; // writable through the reference form
+    EXPECT_EQ(p.x, 2.5);
+}
+
+TEST(SegmentIntersection, CrossingsAndEndPoints)
+{
+    double out[2] = {-7, -7};
+    ASSERT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, 0, 4, 4, 0, 4, 4, 0, out), 1);
+    EXPECT_EQ(out[0], 2.0);
+    EXPECT_EQ(out[1], 2.0);
+
+    // Meeting exactly at an end point of either segment counts.
+    ASSERT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, 1, 10, 1, 3, 0, 3, 1, out), 1);
+    EXPECT_EQ(out[0], 3.0);
+    EXPECT_EQ(out[1], 1.0);
+    ASSERT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, 0, 2, 0, 2, 0, 3, 5, out), 1);
+    EXPECT_EQ(out[0], 2.0);
+
+    // A level touched by the far end of a sample pair reproduces the sample.
+    const double y = 0.7, s = 100.0;
+    ASSERT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, y * s, 1e9, y * s, 0.3e9, 0.1 * s, 0.7e9,
+                                                      y * s, out),
+              1);
+    EXPECT_EQ(out[0], 0.7e9);
+
+    // Beyond an end: no meeting.
+    EXPECT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, 0, 1, 1, 2, 0, 3, -5, out), 0);
+    EXPECT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, 1, 2, 1, 3, 0, 3, 2, out), 0);
+}
+
+TEST(SegmentIntersection, ParallelCollinearDegenerateAndNaNNeverMeet)
+{
+    double out[2] = {-7, -7};
+    EXPECT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, 0, 1, 0, 0, 1, 1, 1, out), 0);
+    EXPECT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, 0, 2, 0, 1, 0, 3, 0, out), 0);
+    EXPECT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, 0, 2, 2, 1, 1, 1, 1, out), 0);
+    EXPECT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, 0, 2, 2, 0, NAN, 2, 0, out), 0);
+    EXPECT_EQ(out[0], -7); // untouched on a miss
+}
+
+TEST(Geometry, LinesMeetWhereTheyCross)
+{
+    CMLine a(CPointD(0, 0), CPointD(2, 2));
+    CMLine b(CPointD(0, 2), CPointD(2, 0));
+    CPointD p = a.GetIntersectionPtWith(b);
+    EXPECT_DOUBLE_EQ(p.x, 1.0);
+    EXPECT_DOUBLE_EQ(p.y, 1.0);
+    CMLine c(CPointD(0, 1), CPointD(2, 3));
+    EXPECT_TRUE(std::isnan(a.GetIntersectionPtWith(c).x));
+
+    CMPointArray pts;
+    pts.Add(new CMPoint(1, 2));
+    CMPointArray copy(pts);
+    EXPECT_NE(copy.GetAt(0), pts.GetAt(0));
+    EXPECT_EQ(*copy.GetAt(0), *pts.GetAt(0));
+}
+
+TEST(Strings, TokenizerAndConversions)
+{
+    CStringArray parts;
+    CTokenizer::GetTokenArray(parts, "DQ0__RX_a", "_");
+    ASSERT_EQ(parts.GetSize(), 3);
+    EXPECT_EQ(parts[0], "DQ0");
+    EXPECT_EQ(parts[2], "a");
+    CTokenizer::GetTokenArray(parts, "", "_");
+    EXPECT_EQ(parts.GetSize(), 0);
+
+    CStringEx v(" 12.5e-3 V");
+    EXPECT_EQ(v.ToDouble(), 12.5e-3);
+    EXPECT_EQ(CStringEx("42abc").ToInteger(), 42);
+    EXPECT_EQ(static_cast<int>(CStringEx("x")), 0);
+
+    CString s;
+    s.Format("Setup Margin: %d ps", 37);
+    EXPECT_EQ(s, "Setup Margin: 37 ps");
+    EXPECT_EQ(s.Mid(6, 6), "Margin");
+    EXPECT_EQ(s.Right(5), "37 ps");
+    EXPECT_EQ(s.Find("ps"), 17);
+    EXPECT_THROW(s.GetAt(100), CInvalidArgException);
+
+    CStringArray cells;
+    for (const char* t : {"10", "9", "b", "A"})
+        cells.Add(t);
+    CStringSorter().Sort(cells);
+    EXPECT_EQ(cells[0], "9");
+    EXPECT_EQ(cells[1], "10");
+    EXPECT_EQ(cells[2], "A");
+}
