@@ -48,7 +48,7 @@ void CChartPointD::operator delete(void* p, std::size_t size) noexcept
         return;
     }
 #endif
-    ::operator delete(p);
+    ::operator delete(p, size);
 }
 
 void CChartPointD::Serialize(CArchive& ar)

@@ -123,8 +123,47 @@ public:
                             double& dMaxX2, double& dYAtMaxX2) const;
 
     // ---- area measures (AreaMeasures.cpp)
+    // Largest area enclosed above or below dLevel between a crossing and the
+    // next crossing the other way. The plain forms leave dArea in units of
+    // dScaleX * dScaleY times the data's; the forms over eye lines divide by
+    // dScaleY. pPoints receives the outline of the largest area.
+    void GetMaxAreaAboveYValue(double dScaleX, double dScaleY, double dXMin, double dXMax,
+                               double dLevel, double& dArea) const;
+    void GetMaxAreaAboveYValueAndAllPointsInArea(double dScaleX, double dScaleY, double dXMin,
+                                                 double dXMax, double dLevel, double& dArea,
+                                                 CChartPointDArray* pPoints) const;
+    void GetMaxAreaAboveYValueWithExtractEyeLinePoints(double dScaleX, double dScaleY, double dXMin,
+                                                       double dXMax, double dLevel,
+                                                       double& dArea) const;
+    void GetMaxAreaAboveYValueAndAllPointsInAreaWithExtractEyeLinePoints(
+        double dScaleX, double dScaleY, double dXMin, double dXMax, double dLevel, double& dArea,
+        CChartPointDArray* pPoints) const;
+    void GetMaxAreaBelowYValue(double dScaleX, double dScaleY, double dXMin, double dXMax,
+                               double dLevel, double& dArea) const;
+    void GetMaxAreaBelowYValueAndAllPointsInArea(double dScaleX, double dScaleY, double dXMin,
+                                                 double dXMax, double dLevel, double& dArea,
+                                                 CChartPointDArray* pPoints) const;
+    void GetMaxAreaBelowYValueWithExtractEyeLinePoints(double dScaleX, double dScaleY, double dXMin,
+                                                       double dXMax, double dLevel,
+                                                       double& dArea) const;
+    void GetMaxAreaBelowYValueAndAllPointsInAreaWithExtractEyeLinePoints(
+        double dScaleX, double dScaleY, double dXMin, double dXMax, double dLevel, double& dArea,
+        CChartPointDArray* pPoints) const;
 
     // ---- timing margins (TimingMargins.cpp)
+    // Setup and hold margins of this data eye against its strobe pDQS (and
+    // pDQSBar for a differential strobe): margins in seconds, heights and
+    // the reference in mV, window and spread in ps. The outputs are written
+    // only where a result exists: the caller seeds them.
+    void CheckSetupHoldMargin(CChartPointDArray* pDQS, CChartPointDArray* pDQSBar,
+                              double& dSetupMargin, double& dHoldMargin, double& dSetupHeight,
+                              double& dHoldHeight, double& dVrefMV, double& dWindowPS,
+                              double& dStrobeSpreadPS, double dOffset, int bVrefFromData,
+                              int bNoMask) const;
+    // tQH and tDQSQ of a read-cycle eye, in seconds; both always written.
+    void CheckReadCycleTimeMargin(CChartPointDArray* pDQS, CChartPointDArray* pDQSBar,
+                                  double& dTQH, double& dTDQSQ, double dOffset,
+                                  int bVrefFromData) const;
 
     static constexpr int nVersion = 3;
 

@@ -72,6 +72,10 @@ public:
     void ShiftChartDataOnXAxisToLeftSide(double dShift, double dPeriod);
 
     // ---- margins (TimingMargins.cpp)
+    // 1 when some receiving data eye (m_nDataType not 0, m_nPinRole 2) finds
+    // no setup margin (-1.0) against the strobe pair, else 0.
+    int IsCheckSetupHoldMarginValue(CChartPointDArray* pDQS, CChartPointDArray* pDQSBar,
+                                    int bVrefFromData, int bNoMask) const;
 
     static constexpr int nVersion = 1;
 };
