@@ -199,6 +199,28 @@ private:
     COLORREF m_cr = 0;
 };
 
+// An integer point with the MFC shape: window and client coordinates.
+class CPoint : public tagPOINT
+{
+public:
+    CPoint() = default;
+    CPoint(int nx, int ny)
+    {
+        x = nx;
+        y = ny;
+    }
+    CPoint(const POINT& pt) : tagPOINT(pt) {}
+    void Offset(int dx, int dy)
+    {
+        x += dx;
+        y += dy;
+    }
+    bool operator==(const CPoint& o) const { return x == o.x && y == o.y; }
+    bool operator!=(const CPoint& o) const { return !(*this == o); }
+    CPoint operator+(const CPoint& o) const { return CPoint(x + o.x, y + o.y); }
+    CPoint operator-(const CPoint& o) const { return CPoint(x - o.x, y - o.y); }
+};
+
 class DPoint
 {
 public:

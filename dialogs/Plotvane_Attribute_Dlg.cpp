@@ -1,0 +1,1 @@
+#include "dialogs/Plotvane_Attribute_Dlg.h"

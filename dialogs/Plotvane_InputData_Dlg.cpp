@@ -1,0 +1,1 @@
+#include "dialogs/Plotvane_InputData_Dlg.h"

@@ -1,0 +1,272 @@
+#include "document/Plotvane_Manager.h"
+#include "foundation/Exceptions.h"
+#include "view/GLChartView.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <initializer_list>
+#include <utility>
+
+namespace
+{
+struct InputDataStore : ::testing::Test
+{
+    void SetUp() override
+    {
+        CPlotvane_InputData::SetViewScaleX(100.0);
+        CPlotvane_InputData::SetViewScaleY(100.0);
+        m.m_nMagnitudeScale = 0;
+    }
+    // Adds a drawn set with these points and answers its index.
+    int AddSet(std::initializer_list<std::pair<double, double>> pts)
+    {
+        const int i = d.AddNewDataSet();
+        d.SetCurrentEditSet(i);
+        for (auto [x, y] : pts)
+            d.AddData(x, y);
+        d.AddDrawDataSetIndex(i);
+        return i;
+    }
+    // Fits a chart of one drawn set with these points.
+    void Fit(std::initializer_list<std::pair<double, double>> pts)
+    {
+        m.RemoveAllData();
+        m.m_bViewScaleChanged = 0;
+        AddSet(pts);
+        d.FindMaxAndMin();
+    }
+    const CRectF& View() const { return m.m_ChartDlg.GetGLChartView()->m_rcViewArea; }
+
+    CPlotvane_Manager m;
+    CPlotvane_InputData& d = m.m_InputData;
+};
+} // namespace
+
+TEST_F(InputDataStore, ViewScaleFollowsTheDecadeOfTheRange)
+{
+    Fit({{0.0, 0.0}, {1e-9, 1e-9}});
+    EXPECT_EQ(CPlotvane_InputData::m_dViewScaleX, 1e8); // dec(1e-7) = -6
+    EXPECT_DOUBLE_EQ(d.m_dMaxX, 0.1);
+    EXPECT_EQ(m.m_bViewScaleChanged, 1);
+    Fit({{0.0, 0.0}, {5.0, 5.0}}); // dec(500) = 3: the scale stays
+    EXPECT_EQ(CPlotvane_InputData::m_dViewScaleX, 100.0);
+    EXPECT_EQ(m.m_bViewScaleChanged, 0);
+    Fit({{0.0, 0.0}, {1e7, 5.0}}); // dec(1e9) = 10
+    EXPECT_EQ(CPlotvane_InputData::m_dViewScaleX, 1e8);
+    EXPECT_EQ(CPlotvane_InputData::m_dViewScaleY, 100.0);
+    // A zero range keeps 100 but still counts as a change.
+    Fit({{2.0, 30.0}, {2.0, 40.0}});
+    EXPECT_EQ(CPlotvane_InputData::m_dViewScaleX, 100.0);
+    EXPECT_EQ(m.m_bViewScaleChanged, 1);
+}
+
+TEST_F(InputDataStore, LogFormTakesDecadesAndLiftsAZeroFrequency)
+{
+    AddSet({{0.0, 1.0}, {10.0, 2.0}, {1e7, 3.0}});
+    d.FindMaxAndMin_Log();
+    // Smallest X 1.0, so the range is 9999999: dec 7 without the factor 100.
+    EXPECT_EQ(CPlotvane_InputData::m_dViewScaleX, 1e5);
+    EXPECT_EQ(d.m_dMinX, 0.0);
+    EXPECT_EQ(d.m_dMaxX, 7.0);
+    EXPECT_DOUBLE_EQ(d.m_dMaxY, 300.0);
+    // Undrawn sets never count on the log form.
+    d.RemoveAllDrawDataSetIndex();
+    AddSet({{100.0, 1.0}, {1000.0, 2.0}});
+    d.m_bIncludeUndrawnSets = 1;
+    d.FindMaxAndMin_Log();
+    EXPECT_EQ(d.m_dMinX, 2.0);
+    EXPECT_EQ(d.m_dMaxX, 3.0);
+}
+
+TEST_F(InputDataStore, FittedRectangleMargins)
+{
+    AddSet({{0.0, 0.0}, {10.0, 10.0}});
+    d.m_bFitMarginTight = 0;
+    d.FindMaxAndMin();
+    EXPECT_EQ(View().x, -200.0f);
+    EXPECT_EQ(View().y, 1200.0f);
+    EXPECT_EQ(View().width, 1400.0f);
+    EXPECT_EQ(View().height, 1400.0f);
+
+    // Tight: 15 % above and below, then a left margin that grows with the
+    // left edge itself (x = 0 + 100): width + 100 + 50, moved by -125 and
+    // -65.
+    d.m_bFitMarginTight = 1;
+    d.FindMaxAndMin();
+    const CRectF& rc = View();
+    EXPECT_EQ(rc.x, -125.0f);
+    EXPECT_EQ(rc.y, 1085.0f);
+    EXPECT_EQ(rc.width, 1150.0f);
+    EXPECT_EQ(rc.height, 1300.0f);
+
+    // A single point opens to 2 by 2: the top is raised by 1, and the left
+    // edge too.
+    d.m_bFitMarginTight = 0;
+    Fit({{2.0, 3.0}});
+    EXPECT_FLOAT_EQ(View().x, 200.6f);
+    EXPECT_FLOAT_EQ(View().y, 301.4f);
+    EXPECT_FLOAT_EQ(View().width, 2.8f);
+    EXPECT_FLOAT_EQ(View().height, 2.8f);
+}
+
+TEST_F(InputDataStore, RangeModes)
+{
+    AddSet({{1.0, 2.0}, {3.0, 6.0}});
+    CPlotvane_Attribute& a = m.m_Attribute;
+    a.m_nRangeMode = 1;
+    d.GetMaxAndMin();
+    EXPECT_EQ(d.m_dMinX, 0.0);
+    EXPECT_EQ(d.m_dMinY, 0.0);
+    EXPECT_EQ(d.m_dMaxX, 300.0);
+    const CRectF fitted = View();
+
+    a.m_nRangeMode = 2;
+    a.m_XAxis.SetStartPoint(5.0);
+    a.m_XAxis.SetEndPoint(5.0);
+    a.m_YAxis.SetStartPoint(4.0);
+    a.m_YAxis.SetEndPoint(-1.0);
+    d.GetMaxAndMin();
+    EXPECT_EQ(a.m_XAxis.GetEndPoint(), 15.0);
+    EXPECT_EQ(a.m_YAxis.GetStartPoint(), -1.0);
+    EXPECT_EQ(a.m_YAxis.GetEndPoint(), 4.0);
+    EXPECT_EQ(d.m_dMinX, 500.0);
+    EXPECT_EQ(d.m_dMaxX, 1500.0);
+    EXPECT_EQ(d.m_dMinY, -100.0);
+    EXPECT_EQ(d.m_dMaxY, 400.0);
+    EXPECT_EQ(View(), fitted);
+
+    a.m_nRangeMode = 3;
+    d.GetMaxAndMin();
+    EXPECT_EQ(d.m_dMaxX, 1500.0);
+}
+
+TEST_F(InputDataStore, InterpolationBetweenAndAtSamples)
+{
+    const int s = AddSet({{0.0, 0.0}, {1.0, 10.0}, {2.0, 0.0}});
+    double y = -1.0;
+    EXPECT_EQ(d.GetYInterpolationValue(s, 50.0, y), 1);
+    EXPECT_DOUBLE_EQ(y, 500.0);
+    EXPECT_EQ(d.GetYInterpolationValue(s, 175.0, y), 1);
+    EXPECT_DOUBLE_EQ(y, 250.0);
+    // At a sample both neighbours are that sample: 0 / 0.
+    EXPECT_EQ(d.GetYInterpolationValue(s, 100.0, y), 1);
+    EXPECT_TRUE(std::isnan(y));
+    y = -1.0;
+    EXPECT_EQ(d.GetYInterpolationValue(s, 201.0, y), 0);
+    EXPECT_EQ(d.GetYInterpolationValue(7, 50.0, y), 0);
+    EXPECT_EQ(y, -1.0);
+
+    CArrayD xs;
+    EXPECT_EQ(d.GetXInterpolationValue(s, 500.0, xs), 1);
+    ASSERT_EQ(xs.GetSize(), 2);
+    EXPECT_DOUBLE_EQ(xs[0], 50.0);
+    EXPECT_DOUBLE_EQ(xs[1], 150.0);
+    xs.RemoveAll();
+    EXPECT_EQ(d.GetXInterpolationValue(s, 1000.0, xs), 1); // ends on the peak
+    EXPECT_EQ(xs.GetSize(), 0);
+    EXPECT_EQ(d.GetXInterpolationValue(s, 1001.0, xs), 0);
+
+    double x = 7.0;
+    y = 8.0;
+    d.GetMaxXValueUnderSetValue(s, -1.0, x, y);
+    EXPECT_EQ(x, 7.0);
+    EXPECT_EQ(y, 8.0);
+    d.GetMinXValueOverSetValue(s, 120.0, x, y);
+    EXPECT_EQ(x, 2.0);
+
+    // On a log X axis the position is a decade and X is raw data.
+    m.m_nFrequencyScale = 1;
+    const int f = AddSet({{10.0, 1.0}, {100.0, 3.0}});
+    EXPECT_EQ(d.GetYInterpolationValue(f, std::log10(55.0), y), 1);
+    EXPECT_DOUBLE_EQ(y, 200.0);
+    xs.RemoveAll();
+    EXPECT_EQ(d.GetXInterpolationValue(f, 200.0, xs), 1);
+    ASSERT_EQ(xs.GetSize(), 1);
+    EXPECT_DOUBLE_EQ(xs[0], 55.0);
+}
+
+TEST_F(InputDataStore, IsEnableDrawSkipsTheSetThatMovesUp)
+{
+    AddSet({{0.0, 0.0}});
+    AddSet({{1.0, 1.0}});
+    AddSet({{0.0, 0.0}, {1.0, 1.0}, {2.0, 2.0}});
+    EXPECT_EQ(d.IsEnableDraw(), 1);
+    ASSERT_EQ(d.GetDataSetSize(), 2u);
+    EXPECT_EQ(d.GetDataSize(0), 1); // moved into place 0 after it was walked
+    CArrayN drawn;
+    d.GetDrawlDataSetIndexArray(drawn);
+    ASSERT_EQ(drawn.GetSize(), 2);
+    EXPECT_EQ(drawn[0], 1);
+    EXPECT_EQ(drawn[1], 2);
+    EXPECT_EQ(d.IsEnableDraw(), 1);
+    EXPECT_EQ(d.GetDataSetSize(), 1u);
+
+    CPlotvane_Manager empty;
+    empty.m_InputData.AddNewDataSet(1);
+    EXPECT_EQ(empty.m_InputData.IsEnableDraw(), 0);
+}
+
+TEST_F(InputDataStore, AddDataClampsTinyValuesAndDropsZerosOnMagnitudeAxis)
+{
+    d.SetCurrentEditSet(d.AddNewDataSet());
+    d.AddData(1e-20, 5.0);
+    d.AddData(3.0, 1e-20);
+    ASSERT_EQ(d.GetDataSize(0), 2);
+    EXPECT_EQ(d.GetDataX(0), 0.0);
+    EXPECT_EQ(d.GetDataY(1), 0.0);
+    EXPECT_EQ(m.m_Attribute.m_XAxis.m_nMinExponent, -19);
+    EXPECT_EQ(m.m_Attribute.m_YAxis.m_nMinExponent, -19);
+    EXPECT_EQ(d.GetDataX(5), 0.0);
+
+    m.m_nMagnitudeScale = 1; // with m_bUseMagnitude, a log Y axis
+    d.AddData(1.0, 0.0);
+    d.AddData(1.0, 1e-20);
+    EXPECT_EQ(d.GetDataSize(0), 2);
+    m.m_bUseMagnitude = 0;
+    d.AddData(1.0, 0.0);
+    EXPECT_EQ(d.GetDataSize(0), 3);
+
+    // Inserting takes any value as it is, and only negative exponents count.
+    m.m_Attribute.m_XAxis.m_nMinExponent = 0;
+    m.m_Attribute.m_YAxis.m_nMinExponent = 5;
+    d.InsertData(0, 1e-20, 0.0);
+    d.InsertData(0, 0.5, 5.0);
+    EXPECT_EQ(d.GetDataX(1), 1e-20);
+    EXPECT_EQ(d.GetDataY(1), 0.0);
+    EXPECT_EQ(d.GetDataSize(0), 5);
+    EXPECT_EQ(m.m_Attribute.m_XAxis.m_nMinExponent, -19);
+    EXPECT_EQ(m.m_Attribute.m_YAxis.m_nMinExponent, 5);
+    d.AddData(0.5, 5.0); // dec 1: below 2 and below 5
+    EXPECT_EQ(m.m_Attribute.m_YAxis.m_nMinExponent, 1);
+}
+
+TEST_F(InputDataStore, ArrayFormsOfAddDataNeedOneValuePerSet)
+{
+    d.AddNewDataSet(3);
+    CArrayD ys;
+    ys.Add(1.0);
+    ys.Add(2.0);
+    EXPECT_EQ(d.AddData(0.5, &ys), 0);
+    EXPECT_EQ(d.GetDataSize(0), 0);
+    ys.Add(3.0);
+    EXPECT_EQ(d.AddData(0.5, &ys), 1);
+    EXPECT_EQ(d.GetDataY(0), 3.0); // the edit set is left at the last set
+    EXPECT_EQ(d.GetCurrentEditSet(), 2);
+    EXPECT_EQ(d.GetDataSize(0), 1);
+    EXPECT_EQ(d.AddData(&ys, &ys), 1);
+    EXPECT_EQ(d.GetDataSize(1), 2);
+}
+
+TEST_F(InputDataStore, DeleteDataSetLeavesTheDrawSetStale)
+{
+    EXPECT_EQ(d.AddNewDataSet(3), 3u);
+    d.DeleteDataSet(0);
+    EXPECT_EQ(d.GetDataSetSize(), 2u);
+    EXPECT_EQ(d.GetDrawDataSetCount(), 3);
+    CArrayN drawn;
+    d.GetDrawlDataSetIndexArray(drawn);
+    EXPECT_EQ(drawn[2], 2);
+    EXPECT_EQ(d.GetChartPointDArray(2), nullptr);
+    EXPECT_THROW(d.DeleteDataSet(5), CInvalidArgException);
+}
