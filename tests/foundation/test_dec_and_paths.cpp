@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -69,4 +71,31 @@ TEST(TLUtility, DataPathPrecedenceAndMarkers)
         setenv("PLOTVANE_DATA_DIR", saved.c_str(), 1);
     else
         unsetenv("PLOTVANE_DATA_DIR");
+}
+
+TEST(Dec, AgreesWithTheFormattedExponentEverywhere)
+{
+    // The exponent printf reports after rounding to ten digits, the reference.
+    auto reference = [](double v) {
+        char buf[40];
+        std::snprintf(buf, sizeof buf, "%.9e", std::fabs(v));
+        return std::atoi(std::strchr(buf, 'e') + 1) + 1;
+    };
+    std::uint64_t s = 0x9E3779B97F4A7C15ull;
+    for (int i = 0; i < 50000; ++i)
+    {
+        s ^= s << 13;
+        s ^= s >> 7;
+        s ^= s << 17;
+        double v;
+        std::memcpy(&v, &s, sizeof v);
+        if (!std::isfinite(v) || v == 0.0)
+            continue;
+        ASSERT_EQ(dec(v), reference(v)) << v;
+        // Values just around the decade boundaries.
+        const double p = std::pow(10.0, int(s % 40) - 20);
+        for (double w : {p, std::nextafter(p, 0.0), p * 9.9999999995, p * 9.99999999949,
+                         p * 9.99999999951, p * 1.0000000001})
+            ASSERT_EQ(dec(w), reference(w)) << w;
+    }
 }
