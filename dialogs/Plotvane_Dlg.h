@@ -1,30 +1,40 @@
-// The chart dialog: owner of the chart view. The native window, status bar,
-// layout and forwarding operations come with a window backend; until then the
-// dialog is the object that holds the view and the document's back-pointers.
+// The chart dialog: the window around the chart view. It owns the view from
+// construction; the view's window is made as a child of the dialog's window
+// when the dialog is initialised.
 #pragma once
+
+#include "foundation/MFCString.h"
+#include "platform/Wnd.h"
 
 class CGLChartView;
 class CPlotvane_InputData;
 class CPlotvane_Attribute;
 
-class CPlotvane_Dlg
+class CPlotvane_Dlg : public CWnd
 {
 public:
-    // The view object exists from construction; its window only after the
-    // dialog's window is created.
-    CPlotvane_Dlg();
-    CPlotvane_Dlg(const CPlotvane_Dlg&) = delete;
-    CPlotvane_Dlg& operator=(const CPlotvane_Dlg&) = delete;
-    virtual ~CPlotvane_Dlg();
+    explicit CPlotvane_Dlg(CWnd* pParent = nullptr);
+    ~CPlotvane_Dlg() override;
 
     CGLChartView* GetGLChartView() const { return m_pGLChartView; }
     void SetCPlotvaneInputData(CPlotvane_InputData* p) { m_pInputData = p; }
     void SetCPlotvaneAttribute(CPlotvane_Attribute* p) { m_pAttribute = p; }
 
-    // Whether a native window is attached; none can be yet.
-    bool HasWindow() const { return false; }
+    // Whether the dialog's native window exists.
+    bool HasWindow() const { return GetSafeHwnd() != nullptr; }
+
+    // Makes the view's window and, on a chart without data sets, the empty
+    // set "NoData", so that a chart always has one set.
+    virtual BOOL OnInitDialog();
+    // The view's window over the whole client area, child id 123456.
+    void CreateView();
+    // Repaints the view now, when it has a window.
+    void RedrawChartView();
+    // The view's measurement summary; kept as the status text.
+    void DisplayDistanceInfo(CString str);
 
     CGLChartView* m_pGLChartView;
     CPlotvane_InputData* m_pInputData = nullptr;
     CPlotvane_Attribute* m_pAttribute = nullptr;
+    CString m_strDistanceInfo;
 };

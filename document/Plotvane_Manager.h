@@ -84,6 +84,53 @@ public:
     double GetBathtubMinValue(CChartPointDArray* pArray);
     void ClearBathtubMeasureData();
 
+    // ---- grid intervals, units and number text. "Visible rectangle" is
+    // the view's client area in logical units.
+    double CalcGridIntervalX();
+    double CalcGridIntervalY();
+    // The user's interval where it is usable, else the computed one.
+    double GetXGridInterval();
+    double GetYGridInterval();
+    double GetXGridIntervalForText();
+    double GetYGridIntervalForText();
+    double GetXGridInitialIntervalForText();
+    double GetYGridInitialIntervalForText();
+    int GetXAxisTextCount();
+    int GetYAxisTextCount();
+    double GetXUnit();
+    double GetYUnit();
+    // The engineering power of ten of the data range.
+    int GetXUnitBase();
+    int GetYUnitBase();
+    // Logical units to displayed numbers.
+    double GetScaleX();
+    double GetScaleY();
+    void GetViewAreaLPPoint(CPointF& ptLeftBottom, CPointF& ptRightTop);
+    CString GetDisplayNumberByFormatType(double dValue);
+    double GetEyeMaskHeightForText();
+    void SetXGridInterval(double d);
+    void SetYGridInterval(double d);
+    void SetXGridIntervalByText(double d);
+    void SetYGridIntervalByText(double d);
+    void SetXUnitBase(int n);
+    void SetYUnitBase(int n);
+
+    // ---- operations that reach the view
+    // Extents, view scale and a zoom to fit.
+    void SetChartDrawFit();
+    // Rebuilds the display list and paints now; nothing without a window.
+    void RedrawGLChartView();
+    void GetCurrentGLChartViewLeftTopPoint(double& x, double& y);
+    void GetCurrentGLChartViewRightBtmPoint(double& x, double& y);
+    void SetViewAreaByPoint(CPointF p1, CPointF p2);
+    void ViewZoomfit();
+    int GetDefaultFontSize();
+    int GetMeasureFontSize();
+    int GetXYFontSize();
+    void SetDefaultFontSize(int n);
+    void SetMeasureFontSize(int n);
+    void SetXYFontSize(int n);
+
     static constexpr int m_nVersion = 4;
 
     CPlotvane_Attribute m_Attribute;

@@ -1,29 +1,228 @@
-// The chart view: the window that shows one chart. For now it is the object
-// that the document reaches through the chart dialog, holding the fitted view
-// area and its manager; the window, the GL context and the drawing come with
-// the GL window layer.
+// CGLChartView: the window that shows one chart. It reads everything it draws
+// from the manager and the chart dialog on every paint: curves of the draw
+// set, axes, grid, cursors and the measurement overlays, in a fixed order
+// that is also the order of priority (the depth test keeps what came first).
+// Only the overlay of the manager's measure type is kept, in one display
+// list, because it searches whole waveforms; everything else is drawn anew.
+//
+// Coordinates: data values times the store's view scale (or log10 on a
+// logarithmic axis) are the logical units that OpenGL sees. The plot frame's
+// origin lies a tenth of the visible width and height in from the left and
+// bottom edges; that margin holds the value texts.
 #pragma once
 
+#include "foundation/MFCString.h"
+#include "foundation/Types.h"
 #include "foundation/ValueTypes.h"
+#include "view/GLWnd.h"
 
 class CPlotvane_Manager;
 class CPlotvane_Dlg;
+class CGLTextBmp;
+class CChartClippingBox;
+class CChartClippingLine;
+class CChartPointDArray;
+class CChartTextData;
+class CChartTextDataArray;
+class CChartLineData;
+class CChartLineDataArray;
 
-class CGLChartView
+class CGLChartView : public CGLWnd
 {
 public:
-    CGLChartView() = default;
-    CGLChartView(const CGLChartView&) = delete;
-    CGLChartView& operator=(const CGLChartView&) = delete;
-    virtual ~CGLChartView() = default;
+    // Creates the four fonts and the annotation collections; no window yet.
+    CGLChartView();
+    ~CGLChartView() override;
 
+    // ---- plain accessors
+    DWORD GetAxisColor() const { return m_crAxis; }
+    void SetAxisColor(DWORD cr) { m_crAxis = cr; }
+    DWORD GetGridColor() const { return m_crGrid; }
+    void SetGridColor(DWORD cr) { m_crGrid = cr; }
+    DWORD GetLabelColor() const { return m_crLabel; }
+    void SetLabelColor(DWORD cr) { m_crLabel = cr; }
+    DWORD GetBackgroundColor() const { return m_crBackground; }
+    double GetAxisLineWidth() const { return m_dAxisLineWidth; }
+    void SetAxisLineWidth(double d) { m_dAxisLineWidth = d; }
+    double GetLineWidth() const { return m_dLineWidth; }
+    void SetLineWidth(double d) { m_dLineWidth = d; }
+    double GetLineWidth_Highlighted() const { return m_dPointSize; }
+    void SetLineWidth_Highlighted(double d) { m_dPointSize = d; }
+    int GetDrawMaxPulsePeriod() const { return m_nDrawMaxPulsePeriod; }
+    void SetDrawMaxPulsePeriod(int n) { m_nDrawMaxPulsePeriod = n; }
+    int GetPickingMode() const { return m_nPickingMode; }
+    void SetGridMode(int n) { m_nGridMode = n; }
+    void SetCurrentFontSize(int n) { m_nCurrentFontSize = n; }
     void SetCPlotvane_Manager(CPlotvane_Manager* p) { m_pManager = p; }
-    void SetParent(CPlotvane_Dlg* p) { m_pParent = p; }
 
-    // The logical rectangle that fills the window at zoom level 0; the store
-    // writes it when it fits the extents.
-    CRectF m_rcViewArea;
+    // ---- operations with an effect
+    // Also sets the clear colour of the context at once.
+    void SetBackgroundColor(DWORD cr);
+    // Also ends any annotation mode.
+    void SetPickingMode(int n);
+    // Stores the dialog and fits the view area to the data.
+    void SetParent(CPlotvane_Dlg* pParent);
+    // Each replaces its font object whole and builds the new one.
+    void SetDefaultFontSize(int n);
+    void SetMeasureFontSize(int n);
+    void SetXYFontSize(int n);
+    // The same, only when the size differs.
+    void SetTextDataFontSize(int n);
 
-    CPlotvane_Manager* m_pManager = nullptr;
-    CPlotvane_Dlg* m_pParent = nullptr;
+    // ---- view area
+    void InitViewArea();
+    void ViewZoomfit();
+    void DecideViewScale();
+    void SetChartDrawFit();
+    // Makes the rectangle between two logical points the plot frame's
+    // interior.
+    void SetViewAreaByPoint(CPointF p1, CPointF p2);
+    CPointD GetOriginPoint();
+    double GetViewWidth();
+    double GetViewHeight();
+    void GetCurrentViewLeftTopPoint(double& x, double& y);
+    void GetCurrentViewRightBtmPoint(double& x, double& y);
+    // How many logical units that many pixels span; the rectangle is not
+    // read.
+    double GetTextLPHeight(CRectF& rc, int nPixels);
+    double GetTextLPWidth(CRectF& rc, int nPixels);
+    void AllChangeLineWidth(double d);
+
+    // ---- frame
+    void MakeDisplayList();
+    void DeleteDisplayList();
+    void DrawChart();
+    void DrawChart_Log();
+    void FitCurViewAreaWithWindow() override;
+    void RenderScene() override;
+
+    // ---- grid and axes
+    void DrawAxisLine();
+    void DrawAxisName();
+    void DrawGridLine();
+    void DrawGridLine_Log();
+    void DrawGrid(double dx, double dy, DWORD color, int bLines) const;
+    void DrawGridValueText(double dx, double dy);
+    void DrawGridValueText_Log(double dx, double dy);
+    CString GetAxisName(CString strName, CString strUnit);
+    CString GetAxisName_Log(CString strName, CString strUnit);
+    CString ChangeUnitString(CString strUnit);
+    CString GetUnitNameX(int nExponent);
+    CString GetUnitNameY(int nExponent);
+    CString GetXAxisDisplayString();
+    CString GetYAxisDisplayString();
+
+    // ---- curves
+    void DrawGraphLine(int index);
+    void DrawGraphLine_Log(int index);
+    void DrawLine(double x1, double y1, double x2, double y2);
+    void DrawLineClipping(double x1, double y1, double x2, double y2);
+    void DrawLineData(double x1, double y1, double x2, double y2, double width, DWORD color);
+
+    // ---- overlay primitives, in logical coordinates
+    // Stippled rectangle in front of the curves; a label gets the box's
+    // displayed width appended and stands at its centre.
+    void DrawBox(double x1, double y1, double x2, double y2, DWORD color, CString strLabel);
+    void DrawBoxSolid(double x1, double y1, double x2, double y2, DWORD color, CString strLabel);
+    // An arrow from the first point to the second, in any direction.
+    void DrawHorizontalArrowLine(double x1, double y1, double x2, double y2, DWORD color,
+                                 int bHeadAtStart, int bHeadAtEnd);
+    // Always upward from the first point, over the distance of the two.
+    void DrawVerticalArrowLine(double x1, double y1, double x2, double y2, DWORD color,
+                               int bHeadAtStart, int bHeadAtEnd);
+
+    // ---- eye jitter
+    // Finds the strobe (and its complement) whose name shares the DQ name's
+    // first "_" token.
+    void SetDQSChartPointArray(CString strName);
+    void DrawEyeDiagramJitterLine(int nDataIndex, double dPhase, int bStrobeShown);
+    void DrawEyeDiagramJitterLine_NoDelay(int nDataIndex, double dPhase);
+
+    // ---- handlers
+    int OnCreate(LPCREATESTRUCT lpCreateStruct) override;
+    void OnPaint() override;
+    BOOL OnEraseBkgnd(CDC* pDC) override;
+
+    // ---- members, in their fixed order
+    int m_nBoxClickCount;
+    CChartClippingBox* m_pPendingBox;
+    DWORD m_crEyeMask;
+    DWORD m_crMeasureMark;
+    CPlotvane_Manager* m_pManager;
+    CPlotvane_Dlg* m_pParent;
+    CGLTextBmp* m_pFontMeasure;
+    CGLTextBmp* m_pFontDefault;
+    CGLTextBmp* m_pFontTextData;
+    CGLTextBmp* m_pFontXY;
+    int m_nCurrentFontSize;
+    DWORD m_nDisplayList;
+    DWORD m_crBackground;
+    DWORD m_crAxis;
+    DWORD m_crLabel;
+    DWORD m_crGrid;
+    double m_dGridLineWidth;
+    double m_dAxisLineWidth;
+    double m_dLineWidth;
+    double m_dPointSize;
+    CChartPointDArray* m_pDQSArray1;
+    CChartPointDArray* m_pDQSArray2;
+    int m_bSingleDQ;
+    int m_nDrawMaxPulsePeriod;
+    int m_nPickingMode;
+    CChartTextDataArray* m_pSelectNodeNames;
+    int m_nDrawMode;
+    int m_nDrawStep;
+    CChartTextData* m_pPickedText;
+    CChartTextDataArray* m_pTextDB;
+    CChartTextData* m_pCurrentText;
+    CChartLineDataArray* m_pLineDB;
+    CChartLineData* m_pCurrentLine;
+    CChartClippingLine* m_pLastXClippingLine;
+    CChartClippingLine* m_pLastYClippingLine;
+    int m_nGridMode;
+    int m_bDecibelAxis;
+
+protected:
+    // Layers of the frame that are drawn by cursors, overlays and the
+    // annotation layer. Until those are written each of them draws nothing
+    // (see ChartLayerStubs.cpp); the frame already calls them in their place.
+    void DrawXClippingLine();
+    void DrawYClippingLine();
+    void DrawClippingBox();
+    void DrawCrossLine();
+    void DrawCrossLine_Log();
+    void DrawEyeMask();
+    int IsInDQSNet();
+    void DrawEyeDiagramJitter();
+    void DrawWorstSkew();
+    void DrawNEXTorFEXTPt();
+    void DrawCrosstalkJitter();
+    void DrawFlightTime();
+    void DrawTargetImpedance();
+    void DrawTargetImpedance_Log();
+    void DrawTDRImpedance();
+    void DrawDFEPFreqDomainPara();
+    void DisplayMeasureInfo();
+    void DisplayAutoMeasureMarks();
+    void DrawBathtubMeasure();
+    void DrawOverUnderShoot();
+    void DrawOverUnderShootArea();
+    void DrawVIX();
+    void DrawVID();
+    void DrawSelectNodeNames();
+    void DrawTextDB();
+    void DrawLineDB();
+    void DrawCurrentTextData();
+    void DrawCurrentLineData();
+
+private:
+    // Replaces *ppFont with a new font of that size, built in this window's
+    // context when there is one.
+    void ReplaceFont(CGLTextBmp*& pFont, int nSize);
+    // The data set that DrawGraphLine and DrawGraphLine_Log may draw, with
+    // its colour set; null when it draws nothing.
+    CChartPointDArray* BeginCurve(int index);
+    // The horizontal and vertical grid line of the current grid look.
+    void DrawGridHLine(double y, double ox, double tx, double right) const;
+    void DrawGridVLine(double x, double oy, double ty, double top) const;
 };

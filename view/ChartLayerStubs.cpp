@@ -1,0 +1,37 @@
+// Layers of the chart frame that are not written yet: cursors and clipping
+// boxes, the measurement overlays and the annotation layer. The frame calls
+// each of them in its place; until a layer is written it draws nothing, and
+// its body then moves from here to the source of that layer.
+#include "view/GLChartView.h"
+
+// Cursors and clipping boxes.
+void CGLChartView::DrawXClippingLine() {}
+void CGLChartView::DrawYClippingLine() {}
+void CGLChartView::DrawClippingBox() {}
+void CGLChartView::DrawCrossLine() {}
+void CGLChartView::DrawCrossLine_Log() {}
+
+// Eye mask and bathtub.
+void CGLChartView::DrawEyeMask() {}
+void CGLChartView::DrawBathtubMeasure() {}
+
+// Overlays drawn per frame.
+void CGLChartView::DrawNEXTorFEXTPt() {}
+void CGLChartView::DrawFlightTime() {}
+void CGLChartView::DrawTargetImpedance() {}
+void CGLChartView::DrawTargetImpedance_Log() {}
+void CGLChartView::DrawTDRImpedance() {}
+void CGLChartView::DrawDFEPFreqDomainPara() {}
+
+// Overlays of the display list.
+void CGLChartView::DrawOverUnderShoot() {}
+void CGLChartView::DrawOverUnderShootArea() {}
+void CGLChartView::DrawVIX() {}
+void CGLChartView::DrawVID() {}
+
+// Annotation layer.
+void CGLChartView::DrawSelectNodeNames() {}
+void CGLChartView::DrawTextDB() {}
+void CGLChartView::DrawLineDB() {}
+void CGLChartView::DrawCurrentTextData() {}
+void CGLChartView::DrawCurrentLineData() {}

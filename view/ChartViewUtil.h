@@ -1,0 +1,31 @@
+// Small helpers that the chart view's sources share.
+#pragma once
+
+#include "foundation/Types.h"
+
+#include <GL/gl.h>
+
+#include <climits>
+#include <cmath>
+
+namespace plotvane
+{
+
+// The integer part of v, as a C cast gives it for values in range. A value
+// out of range or not a number gives INT_MIN, as the processor's conversion
+// does, instead of undefined behaviour: grid counts meet infinities when an
+// interval is 0.
+inline int TruncToInt(double v)
+{
+    if (!(v > double(INT_MIN) - 1.0 && v < double(INT_MAX) + 1.0))
+        return INT_MIN;
+    return int(v);
+}
+
+// A colour word, red in the low byte.
+inline void SetGLColor(DWORD color)
+{
+    glColor3ub(GLubyte(color & 0xFF), GLubyte((color >> 8) & 0xFF), GLubyte((color >> 16) & 0xFF));
+}
+
+} // namespace plotvane

@@ -1,0 +1,234 @@
+// Curves: every pair of consecutive samples of a drawn waveform becomes a
+// line segment at every frame, with no decimation, so that the picture is
+// exact at any zoom. A step backwards in X (the seam of a folded eye) is
+// never drawn, and each segment is clipped against the plot frame's left
+// and bottom edges; the right and top edges are the viewport's.
+#include "view/GLChartView.h"
+
+#include "document/Plotvane_Manager.h"
+#include "foundation/Geometry.h"
+#include "measure/ChartPointDArray.h"
+#include "view/ChartViewUtil.h"
+
+#include <GL/gl.h>
+
+#include <cmath>
+#include <vector>
+
+using plotvane::SetGLColor;
+
+namespace
+{
+
+// The plot frame's left and bottom edges, with the top and the view's width
+// that serve as second points of the edge lines.
+struct PlotFrame
+{
+    explicit PlotFrame(const CRectF& rc)
+        : L(rc.Left() + rc.width / 10.0f), B(rc.Bottom() + rc.height / 10.0f), top(rc.Top()),
+          W(rc.width)
+    {
+    }
+    double L, B, top, W;
+};
+
+void CrossEdge(double x1, double y1, double x2, double y2, const CMLine& edge, double& x, double& y)
+{
+    const CPointD p = CMLine(CPointD(x1, y1), CPointD(x2, y2)).GetIntersectionPtWith(edge);
+    x = p.x;
+    y = p.y;
+}
+
+// Cuts the segment at L, then at B, moving an end along the segment's line.
+// The second end is never left of L: callers pass x1 <= x2, and a segment
+// wholly left of L is dropped. Answers false when nothing is left to draw.
+bool ClipSegment(const PlotFrame& f, double& x1, double& y1, double& x2, double& y2)
+{
+    if ((x1 < f.L && x2 < f.L) || (y1 < f.B && y2 < f.B))
+        return false;
+    if (x1 < f.L)
+        CrossEdge(x1, y1, x2, y2, CMLine(CPointD(f.L, f.B), CPointD(f.L, f.top)), x1, y1);
+    // The bottom edge is horizontal whatever its second X; W serves.
+    if (y1 < f.B)
+        CrossEdge(x1, y1, x2, y2, CMLine(CPointD(f.L, f.B), CPointD(f.W, f.B)), x1, y1);
+    if (y2 < f.B)
+        CrossEdge(x1, y1, x2, y2, CMLine(CPointD(f.L, f.B), CPointD(f.W, f.B)), x2, y2);
+    return true;
+}
+
+// Segments of one curve, handed to GL in large GL_LINES batches: the same
+// vertices, pixels and selection hits as a glBegin/glEnd pair per segment,
+// at a fraction of the calls. Vertices are floats, as GL keeps them anyway.
+class SegmentBatch
+{
+public:
+    SegmentBatch()
+    {
+        m_vertices.reserve(kBatchFloats);
+        glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
+        glEnableClientState(GL_VERTEX_ARRAY);
+    }
+    SegmentBatch(const SegmentBatch&) = delete;
+    SegmentBatch& operator=(const SegmentBatch&) = delete;
+    ~SegmentBatch()
+    {
+        Flush();
+        glPopClientAttrib();
+    }
+    void Add(double x1, double y1, double x2, double y2)
+    {
+        m_vertices.insert(m_vertices.end(), {float(x1), float(y1), float(x2), float(y2)});
+        if (m_vertices.size() >= kBatchFloats)
+            Flush();
+    }
+
+private:
+    void Flush()
+    {
+        if (m_vertices.empty())
+            return;
+        glVertexPointer(2, GL_FLOAT, 0, m_vertices.data());
+        glDrawArrays(GL_LINES, 0, GLsizei(m_vertices.size() / 2));
+        m_vertices.clear();
+    }
+
+    static constexpr size_t kBatchFloats = 4 * 8192;
+    std::vector<float> m_vertices;
+};
+
+bool IsLogY(const CPlotvane_Manager& m)
+{
+    return m.m_bUseMagnitude && m.m_nMagnitudeScale == 1;
+}
+
+} // namespace
+
+CChartPointDArray* CGLChartView::BeginCurve(int index)
+{
+    CPlotvane_InputData& data = m_pManager->m_InputData;
+    // An index that names no data set draws nothing; the draw set may hold
+    // stale indices after a set was deleted.
+    if (index < 0 || (unsigned long long)index >= data.GetDataSetSize())
+        return nullptr;
+    CChartPointDArray* p = data.GetChartPointDArray(index);
+    if (p == nullptr)
+        return nullptr;
+    // log10(0) has no place on a logarithmic or decibel axis: such a curve
+    // is not drawn at all.
+    if ((IsLogY(*m_pManager) || m_bDecibelAxis) && p->IsExistZeroValueY())
+        return nullptr;
+    SetGLColor(p->m_Color);
+    return p;
+}
+
+void CGLChartView::DrawGraphLine(int index)
+{
+    m_nDrawMaxPulsePeriod = 0;
+    const CChartPointDArray* p = BeginCurve(index);
+    if (p == nullptr)
+        return;
+    glLineWidth(GLfloat(p->m_bHighlight ? m_dPointSize : p->m_dLineWidth));
+
+    const PlotFrame frame(GetViewRectLP());
+    const bool bLogY = IsLogY(*m_pManager);
+    const bool bClipNegativeX = p->m_bClipNegativeX != 0;
+    const double sx = CPlotvane_InputData::m_dViewScaleX;
+    const double sy = CPlotvane_InputData::m_dViewScaleY;
+    const CChartPointD* const* pts = p->GetData();
+    const INT_PTR n = p->GetSize();
+    {
+        SegmentBatch batch;
+        for (INT_PTR i = 0; i + 1 < n; ++i)
+        {
+            const CChartPointD& a = *pts[i];
+            const CChartPointD& b = *pts[i + 1];
+            double x1 = a.X * sx;
+            double x2 = b.X * sx;
+            double y1 = bLogY ? double(log10f(float(a.Y))) : a.Y * sy;
+            double y2 = bLogY ? double(log10f(float(b.Y))) : b.Y * sy;
+            if (bClipNegativeX && x1 < 0.0)
+            {
+                if (x2 < 0.0)
+                    continue;
+                x1 = 0.0;
+            }
+            // Backward in X: the retrace of a folded or multi-period
+            // waveform, never shown.
+            if (x1 > x2)
+                continue;
+            if (ClipSegment(frame, x1, y1, x2, y2))
+                batch.Add(x1, y1, x2, y2);
+        }
+    }
+    glLineWidth(1.0f);
+}
+
+// Unlike the linear form, the width is the view's and is left set.
+void CGLChartView::DrawGraphLine_Log(int index)
+{
+    const CChartPointDArray* p = BeginCurve(index);
+    if (p == nullptr)
+        return;
+    glLineWidth(GLfloat(p->m_bHighlight ? m_dPointSize : m_dLineWidth));
+
+    const CPlotvane_InputData& data = m_pManager->m_InputData;
+    const PlotFrame frame(GetViewRectLP());
+    const bool bLogY = IsLogY(*m_pManager);
+    const double sy = CPlotvane_InputData::m_dViewScaleY;
+    const CChartPointD* const* pts = p->GetData();
+    SegmentBatch batch;
+    for (int i = 0; i + 1 < data.GetDataSize(index); ++i)
+    {
+        double xa = pts[i]->X;
+        double ya = pts[i]->Y;
+        const double xb = pts[i + 1]->X;
+        const double yb = pts[i + 1]->Y;
+        // A zero-frequency sample can't be shown: it moves along the segment
+        // to 1 Hz.
+        if (xa == 0.0 && xb > 1.0)
+        {
+            ya += (yb - ya) * (1.0 - xa) / (xb - xa);
+            xa = 1.0;
+        }
+        double x1 = log10f(float(xa));
+        double x2 = log10f(float(xb));
+        double y1 = bLogY ? double(log10f(float(ya))) : ya * sy;
+        double y2 = bLogY ? double(log10f(float(yb))) : yb * sy;
+        if (x1 > x2)
+            continue;
+        if (ClipSegment(frame, x1, y1, x2, y2))
+            batch.Add(x1, y1, x2, y2);
+    }
+}
+
+void CGLChartView::DrawLine(double x1, double y1, double x2, double y2)
+{
+    glBegin(GL_LINES);
+    glVertex3d(x1, y1, 0.0);
+    glVertex3d(x2, y2, 0.0);
+    glEnd();
+}
+
+// For hosts: a free segment through the clipper, with no test of the
+// direction in X.
+void CGLChartView::DrawLineClipping(double x1, double y1, double x2, double y2)
+{
+    if (x1 <= 0.0)
+    {
+        if (x2 < 0.0)
+            return;
+        if (x1 < 0.0)
+            x1 = 0.0;
+    }
+    if (ClipSegment(PlotFrame(GetViewRectLP()), x1, y1, x2, y2))
+        DrawLine(x1, y1, x2, y2);
+}
+
+void CGLChartView::DrawLineData(double x1, double y1, double x2, double y2, double width,
+                                DWORD color)
+{
+    glLineWidth(GLfloat(width));
+    SetGLColor(color);
+    DrawLine(x1, y1, x2, y2);
+    glLineWidth(1.0f);
+}

@@ -1,0 +1,444 @@
+// The chart's frame: axis lines from the plot frame's origin, axis names
+// with their unit text, the grid in its three looks with the minor decade
+// lines of logarithmic axes, and the value texts along both axes. Every
+// place is a share of the visible logical rectangle, so that labels keep
+// their screen place at any zoom.
+#include "view/GLChartView.h"
+
+#include "document/Plotvane_Manager.h"
+#include "view/ChartViewUtil.h"
+#include "view/GLTextBmp.h"
+
+#include <GL/gl.h>
+
+#include <cmath>
+
+using plotvane::SetGLColor;
+using plotvane::TruncToInt;
+
+namespace
+{
+
+// The visible rectangle with its sizes widened to double.
+struct ViewFrame
+{
+    explicit ViewFrame(const CRectF& rc)
+        : left(rc.Left()), right(rc.Right()), top(rc.Top()), bottom(rc.Bottom()), W(rc.width),
+          H(rc.height), ox(rc.Left() + rc.width / 10.0f), oy(rc.Bottom() + rc.height / 10.0f)
+    {
+    }
+    double left, right, top, bottom, W, H;
+    // The plot frame's origin, divided in float as the curves' clipper has it.
+    double ox, oy;
+};
+
+bool IsLogY(const CPlotvane_Manager& m)
+{
+    return m.m_bUseMagnitude && m.m_nMagnitudeScale == 1;
+}
+
+void Segment(double x1, double y1, double x2, double y2)
+{
+    glBegin(GL_LINES);
+    glVertex2d(x1, y1);
+    glVertex2d(x2, y2);
+    glEnd();
+}
+
+// Mode 2 draws the line dotted, and its tick in the margin solid.
+constexpr GLushort kGridStipple = 257;
+
+} // namespace
+
+// ---------------------------------------------------------------------------
+// Axes
+
+void CGLChartView::DrawAxisLine()
+{
+    const ViewFrame f(GetViewRectLP());
+    glLineWidth(GLfloat(m_dAxisLineWidth));
+    SetGLColor(m_crAxis);
+    glBegin(GL_LINES);
+    glVertex2d(f.ox, f.oy);
+    glVertex2d(f.right, f.oy);
+    glVertex2d(f.ox, f.oy);
+    glVertex2d(f.ox, f.top);
+    glEnd();
+    glLineWidth(1.0f);
+    DrawAxisName();
+}
+
+void CGLChartView::DrawAxisName()
+{
+    const ViewFrame f(GetViewRectLP());
+    SetGLColor(m_crLabel);
+    m_pFontXY->PrintText(GetXAxisDisplayString(), CPointD(f.right - f.W * 0.5, f.bottom + f.H / 50),
+                         nullptr);
+    m_pFontXY->PrintText(GetYAxisDisplayString(), CPointD(f.left, f.top - f.H / 30), nullptr);
+}
+
+// A unit word of the attribute wins; without one the prefix of the data's
+// unit base is shown.
+CString CGLChartView::GetXAxisDisplayString()
+{
+    const CAxisAttribute& axis = m_pManager->m_Attribute.m_XAxis;
+    const CString strUnit = axis.GetUnitName();
+    if (!strUnit.IsEmpty())
+        return GetAxisName(axis.GetAxisName(), ChangeUnitString(strUnit));
+    return GetAxisName(axis.GetAxisName(), GetUnitNameX(m_pManager->GetXUnitBase()));
+}
+
+CString CGLChartView::GetYAxisDisplayString()
+{
+    const CAxisAttribute& axis = m_pManager->m_Attribute.m_YAxis;
+    const CString strUnit = axis.GetUnitName();
+    if (!strUnit.IsEmpty())
+        return GetAxisName(axis.GetAxisName(), ChangeUnitString(strUnit));
+    return GetAxisName(axis.GetAxisName(), GetUnitNameY(m_pManager->GetYUnitBase()));
+}
+
+// In the engineering format the numbers carry their own prefix letters, so
+// the name stays bare. A name with a bracket takes the unit inside it:
+// "Time (s)" with "n" becomes "Time (ns)".
+CString CGLChartView::GetAxisName(CString strName, CString strUnit)
+{
+    if (m_pManager->m_nFormatType == 2)
+        return strName;
+    if (strName.Find('(') >= 0)
+    {
+        strUnit.Remove('(');
+        strUnit.Remove(')');
+        strName.Replace("(", CString("(") + strUnit);
+        return strName;
+    }
+    if (strUnit.IsEmpty())
+        return strName;
+    // A unit that has brackets already gets a second pair.
+    return strName + "(" + strUnit + ")";
+}
+
+CString CGLChartView::GetAxisName_Log(CString strName, CString strUnit)
+{
+    if (m_pManager->m_nFormatType == 2)
+        return strName;
+    if (strName.Find('(') >= 0)
+    {
+        strUnit.Remove('(');
+        strUnit.Remove(')');
+        strName.Replace("(", CString("(") + strUnit);
+        return strName;
+    }
+    return strName + strUnit;
+}
+
+CString CGLChartView::ChangeUnitString(CString strUnit)
+{
+    static const struct
+    {
+        const char* word;
+        const char* prefix;
+    } kWords[] = {{"pico", "p"}, {"nano", "n"}, {"micro", "u"}, {"milli", "m"}, {"0", ""},
+                  {"Kilo", "K"}, {"Mega", "M"}, {"Giga", "G"},  {"Tera", "T"}};
+    for (const auto& w : kWords)
+    {
+        if (strUnit == w.word)
+            return w.prefix;
+    }
+    return strUnit;
+}
+
+namespace
+{
+
+// The prefix of a unit base, with the X or the Y spelling above 1; the Y
+// spelling has lower-case "k" and "g".
+const char* UnitPrefix(int nExponent, bool bYSpelling)
+{
+    const int n = std::abs(nExponent);
+    if (nExponent <= 0)
+    {
+        switch (n)
+        {
+        case 3:
+            return "(m";
+        case 6:
+            return "(u";
+        case 9:
+            return "(n";
+        case 12:
+            return "(p";
+        default:
+            return "";
+        }
+    }
+    switch (n)
+    {
+    case 3:
+        return bYSpelling ? "(k" : "(K";
+    case 6:
+        return "(M";
+    case 9:
+        return bYSpelling ? "(g" : "(G";
+    case 12:
+        return "(T";
+    default:
+        return "";
+    }
+}
+
+CString BracketedUnit(const CString& strPrefix, const CString& strUnit)
+{
+    if (!strPrefix.IsEmpty())
+        return strPrefix + strUnit + ")";
+    if (!strUnit.IsEmpty())
+        return CString("(") + strUnit + ")";
+    return CString();
+}
+
+} // namespace
+
+CString CGLChartView::GetUnitNameX(int nExponent)
+{
+    if (m_pManager->m_nFormatType == 2)
+        return CString();
+    return BracketedUnit(UnitPrefix(nExponent, false), m_pManager->GetUnitNameX());
+}
+
+// Takes the X axis's unit name too: both axes have always shown it so.
+CString CGLChartView::GetUnitNameY(int nExponent)
+{
+    return BracketedUnit(UnitPrefix(nExponent, true), m_pManager->GetUnitNameX());
+}
+
+// ---------------------------------------------------------------------------
+// Grid
+
+void CGLChartView::DrawGridLine()
+{
+    const double dx = m_pManager->GetXGridInterval();
+    const double dy = m_pManager->GetYGridInterval();
+    const int nSaved = m_pManager->m_nFormatType;
+    m_pManager->m_nFormatType = 2;
+    DrawGridValueText(dx, dy);
+    m_pManager->m_nFormatType = nSaved;
+    glLineWidth(GLfloat(m_dGridLineWidth));
+    DrawGrid(dx, dy, m_crGrid, 1);
+    glLineWidth(1.0f);
+}
+
+void CGLChartView::DrawGridLine_Log()
+{
+    const double dx = m_pManager->GetXGridInterval();
+    const double dy = m_pManager->GetYGridInterval();
+    const int nSaved = m_pManager->m_nFormatType;
+    m_pManager->m_nFormatType = 2;
+    DrawGridValueText_Log(dx, dy);
+    m_pManager->m_nFormatType = nSaved;
+    glLineWidth(GLfloat(m_dGridLineWidth));
+    DrawGrid(dx, dy, m_crGrid, 1);
+    glLineWidth(1.0f);
+}
+
+void CGLChartView::DrawGridHLine(double y, double ox, double tx, double right) const
+{
+    if (m_nGridMode == 1)
+    {
+        Segment(ox - tx, y, ox, y);
+        return;
+    }
+    if (m_nGridMode == 2)
+    {
+        glEnable(GL_LINE_STIPPLE);
+        glLineStipple(1, kGridStipple);
+        Segment(ox - tx, y, right, y);
+        glDisable(GL_LINE_STIPPLE);
+        Segment(ox - tx, y, ox, y);
+        return;
+    }
+    Segment(ox - tx, y, right, y);
+}
+
+void CGLChartView::DrawGridVLine(double x, double oy, double ty, double top) const
+{
+    if (m_nGridMode == 1)
+    {
+        Segment(x, oy - ty, x, oy);
+        return;
+    }
+    if (m_nGridMode == 2)
+    {
+        glEnable(GL_LINE_STIPPLE);
+        glLineStipple(1, kGridStipple);
+        Segment(x, oy - ty, x, top);
+        glDisable(GL_LINE_STIPPLE);
+        Segment(x, oy - ty, x, oy);
+        return;
+    }
+    Segment(x, oy - ty, x, top);
+}
+
+// Lines lie on whole multiples of the interval in logical space. Each line
+// is issued once per cell: the repetition changes nothing on the screen and
+// the cell count is capped by the interval functions.
+void CGLChartView::DrawGrid(double dx, double dy, DWORD color, int bLines) const
+{
+    // Reading the visible rectangle goes through the GL window's mapping,
+    // which is not const; drawing changes nothing of the view.
+    CGLChartView& self = const_cast<CGLChartView&>(*this);
+    glPointSize(1.0f);
+    SetGLColor(color);
+
+    const ViewFrame f(self.GetViewRectLP());
+    const int ny = TruncToInt(f.H / dy + 2.0);
+    const int nx = TruncToInt(f.W / dx + 2.0);
+    const double sx = f.left - std::fmod(f.left, dx);
+    const double sy = f.bottom - std::fmod(f.bottom, dy);
+
+    if (!bLines)
+    {
+        glBegin(GL_POINTS);
+        for (int i = 0; i < ny; ++i)
+        {
+            for (int j = 0; j < nx; ++j)
+                glVertex2d(j * dx + sx, i * dy + sy);
+        }
+        glEnd();
+        return;
+    }
+
+    // Tick length: 10 pixels in logical units.
+    CRect rcClient;
+    GetClientRect(&rcClient);
+    const CRectF rcClientLP = self.ClientRectToView(rcClient);
+    const double tx = double(rcClientLP.width) / rcClient.Width() * 10.0;
+    const double ty = double(rcClientLP.height) / rcClient.Height() * 10.0;
+
+    const bool bLogY = m_pManager->m_nMagnitudeScale == 1 && m_pManager->m_bUseMagnitude == 1;
+    const bool bLogX = m_pManager->m_nFrequencyScale == 1;
+    for (int i = 0; i < ny; ++i)
+    {
+        for (int j = 0; j < nx; ++j)
+        {
+            const double x = j * dx + sx;
+            const double y = i * dy + sy;
+            if (!(y > f.oy))
+                continue;
+            DrawGridHLine(y, f.ox, tx, f.right);
+            // Minor lines fill the decade under the line; the first row has
+            // none.
+            if (bLogY && i != 0)
+            {
+                const double step = ((i + 1) * dy + sy - y) / 10.0;
+                for (int k = 1; k <= 9; ++k)
+                {
+                    const double yMinor = y + log10f(float(k * step));
+                    if (!(yMinor < f.oy))
+                        DrawGridHLine(yMinor, f.ox, tx, f.right);
+                }
+            }
+            if (!(x > f.ox))
+                continue;
+            DrawGridVLine(x, f.oy, ty, f.top);
+            // The first two columns have no minor lines on X.
+            if (bLogX && j >= 2)
+            {
+                const double step = ((j + 1) * dx + sx - x) / 10.0;
+                for (int k = 1; k <= 9; ++k)
+                {
+                    const double xMinor = x + std::log10(k * step);
+                    if (!(xMinor < f.ox))
+                        DrawGridVLine(xMinor, f.oy, ty, f.top);
+                }
+            }
+        }
+    }
+}
+
+// ---------------------------------------------------------------------------
+// Value texts, placed by their lower left corner.
+
+void CGLChartView::DrawGridValueText(double dx, double dy)
+{
+    CPlotvane_Manager& m = *m_pManager;
+    SetGLColor(m_crLabel);
+    const ViewFrame f(GetViewRectLP());
+    const double sx = f.left - std::fmod(f.left, dx);
+    const double sy = f.bottom - std::fmod(f.bottom, dy);
+    const bool bLogY = IsLogY(m);
+
+    // Y values stop short of the top, where the Y axis name stands.
+    const long long iLast = TruncToInt(f.H / dy) + 2LL;
+    for (long long i = 0; i <= iLast; ++i)
+    {
+        const double y = i * dy + sy;
+        const double v = bLogY ? m.GetYUnit() * std::pow(10.0, y) : y * m.GetScaleY();
+        const double px = f.left + f.W / 40;
+        const double py = y - f.H * 0.01;
+        if (py < f.oy || !(py + 2 * (f.H * 0.01) < f.top - f.H / 30))
+            continue;
+        m_pFontDefault->PrintText(m.GetDisplayNumberByFormatType(v), CPointD(px, py), nullptr);
+    }
+    if (dy == 0.0)
+        m_pFontDefault->PrintText(m.GetDisplayNumberByFormatType((sy + 0.5) * m.GetScaleY()),
+                                  CPointD(f.left + f.W / 30, sy + 0.5), nullptr);
+
+    // X values have no limit at the right.
+    const long long jLast = TruncToInt(f.W / dx) + 2LL;
+    for (long long j = 0; j <= jLast; ++j)
+    {
+        const double x = j * dx + sx;
+        const double px = x + f.W * 0.01 - f.W / 60.0;
+        if (px < f.ox)
+            continue;
+        m_pFontDefault->PrintText(m.GetDisplayNumberByFormatType(x * m.GetScaleX()),
+                                  CPointD(px, f.bottom + f.H / 20), nullptr);
+    }
+    if (dx == 0.0)
+        m_pFontDefault->PrintText(m.GetDisplayNumberByFormatType((sx + 0.5) * m.GetScaleX()),
+                                  CPointD(sx + 0.5, f.bottom + f.H / 20), nullptr);
+}
+
+void CGLChartView::DrawGridValueText_Log(double dx, double dy)
+{
+    CPlotvane_Manager& m = *m_pManager;
+    m.m_nFormatType = 2;
+    SetGLColor(m_crLabel);
+    const ViewFrame f(GetViewRectLP());
+    const double sx = f.left - std::fmod(f.left, dx);
+    const double sy = f.bottom - std::fmod(f.bottom, dy);
+    const bool bLogY = IsLogY(m);
+
+    // Y values keep a ring of 4 % of H clear around the start of the Y axis
+    // name.
+    const CPointD ptName(f.left + f.W / 20, f.top - f.H / 30);
+    const long long iLast = TruncToInt(f.H / dy) + 2LL;
+    for (long long i = 0; i <= iLast; ++i)
+    {
+        const double y = i * dy + sy;
+        const double px = bLogY ? f.left + f.W / 50 : f.left + f.W / 30;
+        const double v = bLogY ? m.GetYUnit() * std::pow(10.0, y) : y * m.GetScaleY();
+        const double py = y - f.H * 0.01;
+        if (py < f.oy || !(CPointD(px, py).DistanceToPoint(ptName) > 4 * (f.H * 0.01)))
+            continue;
+        m_pFontDefault->PrintText(m.GetDisplayNumberByFormatType(v), CPointD(px, py), nullptr);
+    }
+    if (dy == 0.0)
+        m_pFontDefault->PrintText(m.GetDisplayNumberByFormatType((sy + 0.5) * m.GetScaleY()),
+                                  CPointD(f.left + f.W / 30, sy + 0.5), nullptr);
+
+    // X values skip the first grid position and stop short of the right.
+    const long long jLast = TruncToInt(f.W / dx) + 1LL;
+    for (long long j = 1; j <= jLast; ++j)
+    {
+        const double x = j * dx + sx;
+        const double px = x - f.W / 60.0;
+        if (px < f.ox || px > f.right - f.W * 0.05)
+            continue;
+        m_pFontDefault->PrintText(m.GetDisplayNumberByFormatType(m.GetXUnit() * std::pow(10.0, x)),
+                                  CPointD(px, f.bottom + f.H / 20), nullptr);
+    }
+    if (dx == 0.0)
+        m_pFontDefault->PrintText(
+            m.GetDisplayNumberByFormatType(m.GetXUnit() * std::pow(10.0, sx + 0.5)),
+            CPointD(sx + 0.5, f.bottom + f.H / 20), nullptr);
+}

@@ -1,0 +1,30 @@
+// Charts without a toolkit: the chart dialog's window made through the
+// installed backend, so that tests and headless programs get a drawing view
+// in one call, and the frame it shows.
+#pragma once
+
+#include "foundation/MFCString.h"
+#include "platform/WinTypes.h"
+#include "platform/headless/Image.h"
+
+class CPlotvane_Dlg;
+class CPlotvane_Manager;
+
+namespace plotvane
+{
+
+// Creates the dialog's window with rc as its rectangle, as a child of
+// pParent or, when that is null, as a top-level window, and initialises the
+// dialog (the view's window over the whole client area). Answers whether
+// the view got a GL context.
+bool CreateChartWindow(CPlotvane_Dlg& dlg, CWnd* pParent, const CRect& rc);
+
+// A top-level chart of width x height pixels for the manager.
+bool CreateHeadlessChart(CPlotvane_Manager& manager, int width, int height);
+
+// The frame that the chart's view shows now, when the headless backend is
+// installed and the view has a GL surface; null otherwise.
+const Image* GetChartImage(const CPlotvane_Manager& manager);
+bool SaveChartImage(const CPlotvane_Manager& manager, const CString& path);
+
+} // namespace plotvane
