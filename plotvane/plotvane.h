@@ -17,6 +17,32 @@
 #include "foundation/Types.h"
 #include "foundation/ValueArrays.h"
 #include "foundation/ValueTypes.h"
+
 #include "measure/ChartPointD.h"
 #include "measure/ChartPointDArray.h"
 #include "measure/ChartPointDArrayArray.h"
+#include "measure/EyeGenerator.h"
+#include "measure/EyeRotation.h"
+
+#include "document/AxisAttribute.h"
+#include "document/ChartMarkers.h"
+#include "document/GLPlotvane_Environment.h"
+#include "document/Plotvane_InputData.h"
+#include "document/Plotvane_Manager.h"
+#include "document/TargetImp.h"
+
+#include "platform/Backend.h"
+#include "platform/WinApi.h"
+#include "platform/WinTypes.h"
+#include "platform/Wnd.h"
+#include "platform/headless/HeadlessBackend.h"
+#include "platform/headless/Image.h"
+
+#include "view/GLChartView.h"
+#include "view/GLTextBmp.h"
+#include "view/GLWnd.h"
+#include "view/HeadlessChart.h"
+
+#include "dialogs/Plotvane_Attribute_Dlg.h"
+#include "dialogs/Plotvane_Dlg.h"
+#include "dialogs/Plotvane_InputData_Dlg.h"

@@ -1,0 +1,217 @@
+#include "apps/render/ChartInput.h"
+
+#include "document/GLPlotvane_Environment.h"
+#include "document/Plotvane_Manager.h"
+#include "measure/ChartPointDArray.h"
+#include "foundation/Exceptions.h"
+#include "foundation/MFCArchive.h"
+#include "foundation/MFCFile.h"
+
+namespace plotvane
+{
+
+COLORREF CurveColor(int n, bool bLight)
+{
+    CGLPlotvane_Environment env;
+    env.SetCurColorIndex(bLight ? 1 : 0);
+    const CDWordArray* set = env.GetColorSet();
+    const INT_PTR nCurves = set->GetSize() - 2;
+    return COLORREF(set->GetAt(2 + INT_PTR(n) % nCurves));
+}
+
+COLORREF EyeCurveColor(EyeRole role, bool bLight)
+{
+    switch (role)
+    {
+    case EyeRole::Data:
+        return CurveColor(4, bLight);
+    case EyeRole::Strobe:
+        return CurveColor(1, bLight);
+    default:
+        return CurveColor(2, bLight);
+    }
+}
+
+int AddSeriesToChart(CPlotvane_Manager& mgr, const CsvSeries& series, COLORREF color)
+{
+    CPlotvane_InputData& data = mgr.m_InputData;
+    const int index = data.AddNewDataSet();
+    data.SetCurrentEditSet(index);
+    const double* xs = series.x.data();
+    const double* ys = series.y.data();
+    const std::size_t n = series.x.size();
+    for (std::size_t i = 0; i < n; ++i)
+        data.AddData(xs[i], ys[i]);
+    data.SetCurrentEditSetName(CString(series.name));
+    data.SetGraphColor(CColor(color));
+    data.AddDrawDataSetIndex(index);
+    return index;
+}
+
+void LoadChartFile(CPlotvane_Manager& mgr, const std::string& path)
+{
+    CFile file;
+    CFileException fileError;
+    if (!file.Open(path.c_str(), CFile::modeRead, &fileError))
+        throw ChartInputError("cannot open chart '" + path + "': " + fileError.what());
+    try
+    {
+        CArchive ar(&file, CArchive::load);
+        ar.m_strFileName = path.c_str();
+        try
+        {
+            mgr.Serialize(ar);
+        }
+        catch (const CArchiveException& e)
+        {
+            // The version 4 reader ends by writing to the loading archive;
+            // everything that the file holds is in place by then.
+            if (e.m_cause != CArchiveException::readOnly)
+                throw;
+        }
+    }
+    catch (const CArchiveException& e)
+    {
+        throw ChartInputError("cannot load chart '" + path +
+                              (e.m_cause == CArchiveException::endOfFile
+                                   ? "': the file ends early (not a chart archive?)"
+                                   : "': " + std::string(e.what())));
+    }
+    catch (const CException& e)
+    {
+        throw ChartInputError("cannot load chart '" + path + "': " + e.what());
+    }
+}
+
+void SaveChartFile(CPlotvane_Manager& mgr, const std::string& path)
+{
+    CFile file;
+    CFileException fileError;
+    if (!file.Open(path.c_str(), CFile::modeCreate | CFile::modeWrite, &fileError))
+        throw ChartInputError("cannot write chart '" + path + "': " + fileError.what());
+    try
+    {
+        CArchive ar(&file, CArchive::store);
+        ar.m_strFileName = path.c_str();
+        mgr.Serialize(ar);
+        ar.Close();
+        file.Close();
+    }
+    catch (const CException& e)
+    {
+        throw ChartInputError("cannot write chart '" + path + "': " + e.what());
+    }
+}
+
+void ApplyScaleOptions(CPlotvane_Manager& mgr, const RenderOptions& options)
+{
+    if (options.bLogX)
+        mgr.m_nFrequencyScale = 1;
+    if (options.bLogY)
+    {
+        mgr.m_bUseMagnitude = 1;
+        mgr.m_nMagnitudeScale = 1;
+    }
+}
+
+void ApplyAxisText(CPlotvane_Manager& mgr, const RenderOptions& options,
+                   const std::string& defaultXName, const std::string& defaultYName)
+{
+    if (options.xName)
+        mgr.SetAxisXName(CString(*options.xName));
+    else if (!defaultXName.empty())
+        mgr.SetAxisXName(CString(defaultXName));
+    if (options.yName)
+        mgr.SetAxisYName(CString(*options.yName));
+    else if (!defaultYName.empty())
+        mgr.SetAxisYName(CString(defaultYName));
+    if (options.xUnit)
+        mgr.SetUnitNameX(CString(*options.xUnit));
+    if (options.yUnit)
+        mgr.SetUnitNameY(CString(*options.yUnit));
+}
+
+int AddCsvFiles(CPlotvane_Manager& mgr, const RenderOptions& options, std::string& headerX,
+                std::string& headerY, const ProgressFactory& progressFor)
+{
+    CsvReadOptions ro;
+    ro.bColumnPairs = options.bPairs;
+    int nAdded = 0;
+    for (std::size_t f = 0; f < options.csvFiles.size(); ++f)
+    {
+        if (progressFor)
+            ro.progress = progressFor(options.csvFiles[f]);
+        CsvTable table = ReadCsvFile(options.csvFiles[f], ro);
+        if (f == 0 && table.bHeader)
+        {
+            headerX = table.xName;
+            if (options.csvFiles.size() == 1 && table.series.size() == 1)
+                headerY = table.series[0].name;
+        }
+        for (CsvSeries& s : table.series)
+        {
+            const int n = int(mgr.m_InputData.GetDataSetSize());
+            AddSeriesToChart(mgr, s, CurveColor(n, options.bLight));
+            // The chart holds the points now; give the memory back early.
+            s = CsvSeries();
+            ++nAdded;
+        }
+    }
+    return nAdded;
+}
+
+namespace
+{
+// Every X above 0, but for the point at zero frequency that a frequency
+// sweep may start with: the log fit moves that one to 1 Hz when the next
+// point lies above it.
+bool IsPositiveForLogX(const CChartPointDArray& set)
+{
+    const INT_PTR n = set.GetSize();
+    CChartPointD* const* p = set.GetData();
+    const INT_PTR first = n >= 2 && p[0]->X == 0.0 && p[1]->X > 1.0 ? 1 : 0;
+    for (INT_PTR i = first; i < n; ++i)
+    {
+        if (!(p[i]->X > 0.0))
+            return false;
+    }
+    return true;
+}
+} // namespace
+
+void CheckChartData(CPlotvane_Manager& mgr, const std::function<void(const std::string&)>& warn)
+{
+    CPlotvane_InputData& data = mgr.m_InputData;
+    const bool bLogX = mgr.m_nFrequencyScale == 1;
+    const bool bLogY = mgr.m_bUseMagnitude != 0 && mgr.m_nMagnitudeScale == 1;
+    const INT_PTR nSets = INT_PTR(data.GetDataSetSize());
+    int nDrawable = 0;
+    for (INT_PTR k = 0; k < data.m_DrawSet.GetSize(); ++k)
+    {
+        const int index = data.m_DrawSet.GetAt(k);
+        CChartPointDArray* set =
+            index >= 0 && index < nSets ? data.GetChartPointDArray(index) : nullptr;
+        if (!set)
+            continue;
+        const std::string name = set->m_strName.str();
+        if (set->GetSize() < 2)
+        {
+            warn("data set '" + name + "' has " + std::to_string(set->GetSize()) +
+                 (set->GetSize() == 1 ? " point" : " points") + " and is not drawn");
+            continue;
+        }
+        if (bLogX && !IsPositiveForLogX(*set))
+            throw ChartInputError("data set '" + name +
+                                  "' has X values at or below 0, which a "
+                                  "logarithmic X axis cannot show");
+        if (bLogY && set->GetMinY() <= 0.0)
+            throw ChartInputError("data set '" + name +
+                                  "' has Y values at or below 0, which a "
+                                  "logarithmic Y axis cannot show");
+        ++nDrawable;
+    }
+    if (nDrawable == 0)
+        throw ChartInputError("nothing to draw: no data set with at least two points");
+}
+
+} // namespace plotvane

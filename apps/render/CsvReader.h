@@ -1,0 +1,78 @@
+// Reading XY data from delimited text files for plotvane-render.
+//
+// The format, decided once per file from its first content line:
+// - '#' comment lines and blank lines are skipped anywhere;
+// - the separator is the first of ',', ';' or tab that the first content
+//   line holds, else runs of spaces and tabs; fields are trimmed;
+// - the first content line is a header when any of its fields is not a
+//   number, and gives the column names;
+// - numbers are plain decimal or exponent forms ("+1.5e-9" too); "nan" and
+//   "inf" are refused, since a non-finite sample breaks the chart extents.
+// Every data line must hold as many columns as the first content line (one
+// trailing empty field, from a trailing separator, does not count). Without
+// column pairs there must be exactly two columns, x and y. With column
+// pairs the columns are x1,y1,x2,y2,...; a pair left empty on a line has no
+// point there, so that columns of different lengths can share a file.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace plotvane
+{
+
+// One data set: a name and its samples in file order.
+struct CsvSeries
+{
+    std::string name;
+    std::vector<double> x;
+    std::vector<double> y;
+};
+
+struct CsvReadOptions
+{
+    // x1,y1,x2,y2,... gives one series per column pair.
+    bool bColumnPairs = false;
+    // Called now and then with the fraction of the input read so far; only
+    // for inputs of at least nProgressMinBytes.
+    std::function<void(double)> progress;
+    std::size_t nProgressMinBytes = std::size_t(50) << 20;
+};
+
+struct CsvTable
+{
+    std::vector<CsvSeries> series;
+    // The header's name of the first x column; empty without a header.
+    std::string xName;
+    bool bHeader = false;
+};
+
+// A reading failure; what() names the source, and the line where there is
+// one: "data.csv:12: bad number 'x1'".
+class CsvError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// Parses text that came from sourceName (used in messages, and, without a
+// header, for the names: "<stem>" or "<stem> <pair number>").
+CsvTable ParseCsv(std::string_view text, const std::string& sourceName,
+                  const CsvReadOptions& options = CsvReadOptions());
+
+// Reads and parses a file. Throws CsvError when the file cannot be read,
+// holds a bad line, or holds no points in some series.
+CsvTable ReadCsvFile(const std::string& path, const CsvReadOptions& options = CsvReadOptions());
+
+// Parses one number field (already trimmed) as the reader does: true with a
+// finite value, false for anything else.
+bool ParseCsvNumber(std::string_view field, double& value);
+
+// The file name without directories and without its last extension.
+std::string FileStem(const std::string& path);
+
+} // namespace plotvane

@@ -1,0 +1,145 @@
+#include "apps/render/ChartInput.h"
+#include "document/Plotvane_Manager.h"
+#include "measure/ChartPointDArray.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+#include <unistd.h>
+
+using plotvane::ChartInputError;
+using plotvane::CsvSeries;
+
+namespace
+{
+std::string TempPath(const char* suffix)
+{
+    return "/tmp/plotvane_apps_" + std::to_string(getpid()) + suffix;
+}
+
+CsvSeries Series(const char* name, std::vector<double> x, std::vector<double> y)
+{
+    CsvSeries s;
+    s.name = name;
+    s.x = std::move(x);
+    s.y = std::move(y);
+    return s;
+}
+
+std::string CheckError(CPlotvane_Manager& m, std::vector<std::string>* pWarnings = nullptr)
+{
+    std::vector<std::string> warnings;
+    try
+    {
+        std::vector<std::string>& out = pWarnings ? *pWarnings : warnings;
+        plotvane::CheckChartData(m, [&out](const std::string& w) { out.push_back(w); });
+    }
+    catch (const ChartInputError& e)
+    {
+        return e.what();
+    }
+    return std::string();
+}
+} // namespace
+
+TEST(ChartInput, SeriesBecomeDrawnSets)
+{
+    CPlotvane_Manager m;
+    EXPECT_EQ(plotvane::AddSeriesToChart(m, Series("dq", {0, 1, 2}, {0, 1, 0}), 0x0000FF), 0);
+    EXPECT_EQ(plotvane::AddSeriesToChart(m, Series("dqs", {0, 1}, {1, 0}), 0xCCCC00), 1);
+    CChartPointDArray* dq = m.m_InputData.GetChartPointDArray(0);
+    EXPECT_EQ(dq->m_strName, CString("dq"));
+    EXPECT_EQ(COLORREF(dq->m_Color), 0x0000FFu);
+    EXPECT_EQ(dq->GetSize(), 3);
+    EXPECT_EQ(dq->GetPointY(1), 1.0);
+    EXPECT_EQ(m.m_InputData.GetDrawDataSetCount(), 2);
+    EXPECT_EQ(m.m_InputData.GetCurrentEditSet(), 1);
+
+    // Curve colours follow the preset's curve entries, wrapping after 20.
+    EXPECT_EQ(plotvane::CurveColor(2, true), 0xCC00CCu);
+    EXPECT_EQ(plotvane::CurveColor(20, false), 0x0000FFu);
+
+    // A logarithmic Y axis set before the data drops the zeros.
+    CPlotvane_Manager logm;
+    plotvane::RenderOptions o;
+    o.bLogY = true;
+    o.bLogX = true;
+    plotvane::ApplyScaleOptions(logm, o);
+    EXPECT_EQ(logm.m_nFrequencyScale, 1);
+    EXPECT_EQ(logm.m_nMagnitudeScale, 1);
+    plotvane::AddSeriesToChart(logm, Series("z", {1, 10, 100}, {1, 0, 2}), 0);
+    EXPECT_EQ(logm.m_InputData.GetChartPointDArray(0)->GetSize(), 2);
+}
+
+TEST(ChartInput, AxisTextAndChecks)
+{
+    CPlotvane_Manager m;
+    plotvane::RenderOptions o;
+    plotvane::ApplyAxisText(m, o, "time", "v");
+    EXPECT_EQ(m.GetAxisXName(), CString("time"));
+    EXPECT_EQ(m.GetAxisYName(), CString("v"));
+    o.xName = "Time";
+    o.yName = "";
+    o.xUnit = "s";
+    plotvane::ApplyAxisText(m, o, "time", "v");
+    EXPECT_EQ(m.GetAxisXName(), CString("Time"));
+    EXPECT_EQ(m.GetAxisYName(), CString(""));
+    EXPECT_EQ(m.GetUnitNameX(), CString("s"));
+
+    EXPECT_EQ(CheckError(m), "nothing to draw: no data set with at least two points");
+    plotvane::AddSeriesToChart(m, Series("one", {0}, {1}), 0);
+    std::vector<std::string> warnings;
+    EXPECT_EQ(CheckError(m, &warnings), "nothing to draw: no data set with at least two points");
+    ASSERT_EQ(warnings.size(), 1u);
+    EXPECT_EQ(warnings[0], "data set 'one' has 1 point and is not drawn");
+    plotvane::AddSeriesToChart(m, Series("neg", {-1, 1}, {-1, 1}), 0);
+    EXPECT_EQ(CheckError(m), "");
+    m.m_nFrequencyScale = 1;
+    EXPECT_EQ(CheckError(m), "data set 'neg' has X values at or below 0, which a logarithmic X "
+                             "axis cannot show");
+    m.m_nFrequencyScale = 0;
+    m.m_nMagnitudeScale = 1;
+    EXPECT_NE(CheckError(m).find("has Y values at or below 0"), std::string::npos);
+
+    // A sweep may start at 0 Hz when its next point lies above 1 Hz; a zero
+    // anywhere else is refused.
+    CPlotvane_Manager sweep;
+    sweep.m_nFrequencyScale = 1;
+    plotvane::AddSeriesToChart(sweep, Series("z", {0, 10, 100}, {1, 2, 3}), 0);
+    EXPECT_EQ(CheckError(sweep), "");
+    plotvane::AddSeriesToChart(sweep, Series("z2", {0, 0.5, 100}, {1, 2, 3}), 0);
+    EXPECT_NE(CheckError(sweep).find("'z2' has X values at or below 0"), std::string::npos);
+}
+
+TEST(ChartInput, ChartFilesRoundTrip)
+{
+    const std::string path = TempPath(".pvc");
+    {
+        CPlotvane_Manager m;
+        plotvane::AddSeriesToChart(m, Series("sine", {0, 1, 2, 3}, {0, 1, 0, -1}), 0x33FF33);
+        m.SetAxisXName("Time");
+        m.m_nFrequencyScale = 1;
+        plotvane::SaveChartFile(m, path);
+    }
+    // The version 4 load ends with the read-only exception, which the loader
+    // keeps quiet: the chart is all there.
+    CPlotvane_Manager loaded;
+    plotvane::LoadChartFile(loaded, path);
+    ASSERT_EQ(loaded.m_InputData.GetDataSetSize(), 1u);
+    CChartPointDArray* s = loaded.m_InputData.GetChartPointDArray(0);
+    EXPECT_EQ(s->m_strName, CString("sine"));
+    EXPECT_EQ(COLORREF(s->m_Color), 0x33FF33u);
+    EXPECT_EQ(s->GetPointY(3), -1.0);
+    EXPECT_EQ(loaded.GetAxisXName(), CString("Time"));
+    EXPECT_EQ(loaded.m_nFrequencyScale, 1);
+    EXPECT_EQ(loaded.m_InputData.GetDrawDataSetCount(), 1);
+
+    // A cut file is an error, not a half-loaded chart.
+    ASSERT_EQ(truncate(path.c_str(), 100), 0);
+    CPlotvane_Manager cut;
+    EXPECT_THROW(plotvane::LoadChartFile(cut, path), ChartInputError);
+    std::remove(path.c_str());
+    EXPECT_THROW(plotvane::LoadChartFile(cut, path), ChartInputError);
+    EXPECT_THROW(plotvane::SaveChartFile(cut, "/nonexistent/dir/c.pvc"), ChartInputError);
+}
