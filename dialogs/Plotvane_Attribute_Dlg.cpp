@@ -1,1 +1,1 @@
-#include "dialogs/Plotvane_Attribute_Dlg.h"
+#include <plotvane/dialogs/Plotvane_Attribute_Dlg.h>

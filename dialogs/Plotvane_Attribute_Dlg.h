@@ -2,8 +2,8 @@
 // backend; until then it holds its fields and back-pointers.
 #pragma once
 
-#include "foundation/MFCString.h"
-#include "foundation/Types.h"
+#include <plotvane/foundation/MFCString.h>
+#include <plotvane/foundation/Types.h>
 
 class CPlotvane_Attribute;
 class CPlotvane_Dlg;

@@ -1,7 +1,7 @@
-#include "dialogs/Plotvane_Dlg.h"
+#include <plotvane/dialogs/Plotvane_Dlg.h>
 
-#include "document/Plotvane_InputData.h"
-#include "view/GLChartView.h"
+#include <plotvane/document/Plotvane_InputData.h>
+#include <plotvane/view/GLChartView.h>
 
 namespace
 {

@@ -3,8 +3,8 @@
 // when the dialog is initialised.
 #pragma once
 
-#include "foundation/MFCString.h"
-#include "platform/Wnd.h"
+#include <plotvane/foundation/MFCString.h>
+#include <plotvane/platform/Wnd.h>
 
 class CGLChartView;
 class CPlotvane_InputData;

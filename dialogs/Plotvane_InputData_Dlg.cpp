@@ -1,1 +1,1 @@
-#include "dialogs/Plotvane_InputData_Dlg.h"
+#include <plotvane/dialogs/Plotvane_InputData_Dlg.h>

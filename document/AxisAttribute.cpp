@@ -1,6 +1,6 @@
-#include "document/AxisAttribute.h"
+#include <plotvane/document/AxisAttribute.h>
 
-#include "foundation/Dec.h"
+#include <plotvane/foundation/Dec.h>
 
 #include <cmath>
 

@@ -2,9 +2,9 @@
 // manual ranges, grid intervals and units.
 #pragma once
 
-#include "foundation/MFCArchive.h"
-#include "foundation/MFCString.h"
-#include "foundation/ValueTypes.h"
+#include <plotvane/foundation/MFCArchive.h>
+#include <plotvane/foundation/MFCString.h>
+#include <plotvane/foundation/ValueTypes.h>
 
 class CPlotvane_Manager;
 class CPlotvane_Attribute_Dlg;

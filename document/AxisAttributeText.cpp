@@ -1,9 +1,9 @@
 // The current point text needs the store's view scale and the attribute
 // dialog, so it lives apart from the plain axis records.
-#include "document/AxisAttribute.h"
+#include <plotvane/document/AxisAttribute.h>
 
-#include "dialogs/Plotvane_Attribute_Dlg.h"
-#include "document/Plotvane_InputData.h"
+#include <plotvane/dialogs/Plotvane_Attribute_Dlg.h>
+#include <plotvane/document/Plotvane_InputData.h>
 
 #include <cmath>
 

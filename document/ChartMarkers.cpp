@@ -1,6 +1,6 @@
-#include "document/ChartMarkers.h"
+#include <plotvane/document/ChartMarkers.h>
 
-#include "foundation/ArrayRecord.h"
+#include <plotvane/foundation/ArrayRecord.h>
 
 namespace
 {

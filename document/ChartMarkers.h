@@ -3,12 +3,12 @@
 // are in view units.
 #pragma once
 
-#include "foundation/ExPtrArray.h"
-#include "foundation/MFCArchive.h"
-#include "foundation/MFCString.h"
-#include "foundation/Types.h"
-#include "foundation/ValueArrays.h"
-#include "foundation/ValueTypes.h"
+#include <plotvane/foundation/ExPtrArray.h>
+#include <plotvane/foundation/MFCArchive.h>
+#include <plotvane/foundation/MFCString.h>
+#include <plotvane/foundation/Types.h>
+#include <plotvane/foundation/ValueArrays.h>
+#include <plotvane/foundation/ValueTypes.h>
 
 class CChartTextData
 {

@@ -1,8 +1,8 @@
 // The crossings of cursor lines with the drawn curves, asked of the store
 // that the view last pointed CPlotvane_InputData::m_pInputData at.
-#include "document/ChartMarkers.h"
+#include <plotvane/document/ChartMarkers.h>
 
-#include "document/Plotvane_InputData.h"
+#include <plotvane/document/Plotvane_InputData.h>
 
 void CChartClippingLine::CalcClippingValueArray()
 {

@@ -1,8 +1,8 @@
-#include "document/GLPlotvane_Environment.h"
+#include <plotvane/document/GLPlotvane_Environment.h>
 
-#include "foundation/Exceptions.h"
-#include "foundation/MFCFile.h"
-#include "foundation/TLUtility.h"
+#include <plotvane/foundation/Exceptions.h>
+#include <plotvane/foundation/MFCFile.h>
+#include <plotvane/foundation/TLUtility.h>
 
 #include <cerrno>
 #include <cstdio>

@@ -3,9 +3,9 @@
 // directory, not in a chart's archive.
 #pragma once
 
-#include "foundation/MFCArchive.h"
-#include "foundation/MFCArray.h"
-#include "foundation/ValueArrays.h"
+#include <plotvane/foundation/MFCArchive.h>
+#include <plotvane/foundation/MFCArray.h>
+#include <plotvane/foundation/ValueArrays.h>
 
 class CGLPlotvane_Environment
 {

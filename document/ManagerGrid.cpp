@@ -1,11 +1,11 @@
 // Grid spacing, axis units, the scale from logical units to displayed
 // numbers, and number text. Everything is computed from the extents and the
 // visible rectangle at the moment of the call; nothing is cached.
-#include "document/Plotvane_Manager.h"
+#include <plotvane/document/Plotvane_Manager.h>
 
-#include "foundation/Dec.h"
-#include "view/ChartViewUtil.h"
-#include "view/GLChartView.h"
+#include <plotvane/foundation/Dec.h>
+#include <plotvane/view/ChartViewUtil.h>
+#include <plotvane/view/GLChartView.h>
 
 #include <cmath>
 #include <cstdint>

@@ -1,9 +1,9 @@
 // The manager's operations that reach the chart view: fitting, redrawing,
 // view-area forwarders and font sizes.
-#include "document/Plotvane_Manager.h"
+#include <plotvane/document/Plotvane_Manager.h>
 
-#include "view/GLChartView.h"
-#include "view/GLTextBmp.h"
+#include <plotvane/view/GLChartView.h>
+#include <plotvane/view/GLTextBmp.h>
 
 void CPlotvane_Manager::SetChartDrawFit()
 {

@@ -1,12 +1,12 @@
-#include "document/Plotvane_InputData.h"
+#include <plotvane/document/Plotvane_InputData.h>
 
-#include "dialogs/Plotvane_Dlg.h"
-#include "document/AxisAttribute.h"
-#include "document/Plotvane_Manager.h"
-#include "document/TargetImp.h"
-#include "foundation/Dec.h"
-#include "measure/EyeRotation.h"
-#include "view/GLChartView.h"
+#include <plotvane/dialogs/Plotvane_Dlg.h>
+#include <plotvane/document/AxisAttribute.h>
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/document/TargetImp.h>
+#include <plotvane/foundation/Dec.h>
+#include <plotvane/measure/EyeRotation.h>
+#include <plotvane/view/GLChartView.h>
 
 #include <algorithm>
 #include <cfloat>

@@ -3,12 +3,12 @@
 // data units into the view units handed to OpenGL.
 #pragma once
 
-#include "foundation/MFCArchive.h"
-#include "foundation/MFCString.h"
-#include "foundation/NSet.h"
-#include "foundation/ValueArrays.h"
-#include "foundation/ValueTypes.h"
-#include "measure/ChartPointDArrayArray.h"
+#include <plotvane/foundation/MFCArchive.h>
+#include <plotvane/foundation/MFCString.h>
+#include <plotvane/foundation/NSet.h>
+#include <plotvane/foundation/ValueArrays.h>
+#include <plotvane/foundation/ValueTypes.h>
+#include <plotvane/measure/ChartPointDArrayArray.h>
 
 class CPlotvane_Attribute;
 class CPlotvane_Dlg;

@@ -1,8 +1,8 @@
-#include "document/Plotvane_Manager.h"
+#include <plotvane/document/Plotvane_Manager.h>
 
-#include "document/ChartMarkers.h"
-#include "measure/ChartPointDArray.h"
-#include "view/GLChartView.h"
+#include <plotvane/document/ChartMarkers.h>
+#include <plotvane/measure/ChartPointDArray.h>
+#include <plotvane/view/GLChartView.h>
 
 #include <algorithm>
 #include <cfloat>

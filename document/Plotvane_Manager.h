@@ -5,16 +5,16 @@
 // writes them and the view reads them while it draws.
 #pragma once
 
-#include "dialogs/Plotvane_Attribute_Dlg.h"
-#include "dialogs/Plotvane_Dlg.h"
-#include "dialogs/Plotvane_InputData_Dlg.h"
-#include "document/AxisAttribute.h"
-#include "document/Plotvane_InputData.h"
-#include "foundation/MFCArchive.h"
-#include "foundation/MFCString.h"
-#include "foundation/Types.h"
-#include "foundation/ValueArrays.h"
-#include "foundation/ValueTypes.h"
+#include <plotvane/dialogs/Plotvane_Attribute_Dlg.h>
+#include <plotvane/dialogs/Plotvane_Dlg.h>
+#include <plotvane/dialogs/Plotvane_InputData_Dlg.h>
+#include <plotvane/document/AxisAttribute.h>
+#include <plotvane/document/Plotvane_InputData.h>
+#include <plotvane/foundation/MFCArchive.h>
+#include <plotvane/foundation/MFCString.h>
+#include <plotvane/foundation/Types.h>
+#include <plotvane/foundation/ValueArrays.h>
+#include <plotvane/foundation/ValueTypes.h>
 
 #include <map>
 

@@ -1,4 +1,4 @@
-#include "document/TargetImp.h"
+#include <plotvane/document/TargetImp.h>
 
 CTargetImpWithinFreqRange::CTargetImpWithinFreqRange()
     : m_pLimitPoints(new CArrayPoint3D), m_pLimitLine1(new CArrayPointD),

@@ -2,9 +2,9 @@
 // archived.
 #pragma once
 
-#include "foundation/ExPtrArray.h"
-#include "foundation/MFCString.h"
-#include "foundation/ValueArrays.h"
+#include <plotvane/foundation/ExPtrArray.h>
+#include <plotvane/foundation/MFCString.h>
+#include <plotvane/foundation/ValueArrays.h>
 
 class CTargetImpWithinFreqRange
 {

@@ -1,4 +1,4 @@
-#include "foundation/ArrayRecord.h"
+#include <plotvane/foundation/ArrayRecord.h>
 
 namespace plotvane
 {

@@ -2,7 +2,7 @@
 // says that an 8-byte count follows (a 4-byte count when clear).
 #pragma once
 
-#include "foundation/MFCArchive.h"
+#include <plotvane/foundation/MFCArchive.h>
 
 namespace plotvane
 {

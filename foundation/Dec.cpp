@@ -1,4 +1,4 @@
-#include "foundation/Dec.h"
+#include <plotvane/foundation/Dec.h>
 
 #include <array>
 #include <cmath>

@@ -3,7 +3,7 @@
 // pointers and leave the objects alive; an owner calls DeleteAll.
 #pragma once
 
-#include "foundation/MFCArray.h"
+#include <plotvane/foundation/MFCArray.h>
 
 #include <unordered_set>
 

@@ -1,4 +1,4 @@
-#include "foundation/Exceptions.h"
+#include <plotvane/foundation/Exceptions.h>
 
 #include <cstring>
 

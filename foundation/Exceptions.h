@@ -3,7 +3,7 @@
 // broadly.
 #pragma once
 
-#include "foundation/MFCString.h"
+#include <plotvane/foundation/MFCString.h>
 
 #include <exception>
 

@@ -1,4 +1,4 @@
-#include "foundation/Geometry.h"
+#include <plotvane/foundation/Geometry.h>
 
 #include <limits>
 

@@ -2,8 +2,8 @@
 // segments, circles and arcs.
 #pragma once
 
-#include "foundation/ExPtrArray.h"
-#include "foundation/ValueTypes.h"
+#include <plotvane/foundation/ExPtrArray.h>
+#include <plotvane/foundation/ValueTypes.h>
 
 class CMPoint
 {

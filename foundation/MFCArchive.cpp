@@ -1,6 +1,6 @@
-#include "foundation/MFCArchive.h"
+#include <plotvane/foundation/MFCArchive.h>
 
-#include "foundation/Exceptions.h"
+#include <plotvane/foundation/Exceptions.h>
 
 #include <algorithm>
 #include <cstring>

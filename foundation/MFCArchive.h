@@ -2,9 +2,9 @@
 // store mode, with the MFC encodings of counts and strings.
 #pragma once
 
-#include "foundation/MFCFile.h"
-#include "foundation/MFCString.h"
-#include "foundation/Types.h"
+#include <plotvane/foundation/MFCFile.h>
+#include <plotvane/foundation/MFCString.h>
+#include <plotvane/foundation/Types.h>
 
 #include <vector>
 

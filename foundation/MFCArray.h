@@ -2,10 +2,10 @@
 // CInvalidArgException, as the framework does.
 #pragma once
 
-#include "foundation/Exceptions.h"
-#include "foundation/MFCArchive.h"
-#include "foundation/MFCObject.h"
-#include "foundation/Types.h"
+#include <plotvane/foundation/Exceptions.h>
+#include <plotvane/foundation/MFCArchive.h>
+#include <plotvane/foundation/MFCObject.h>
+#include <plotvane/foundation/Types.h>
 
 #include <algorithm>
 #include <cstring>

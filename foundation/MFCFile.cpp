@@ -1,6 +1,6 @@
-#include "foundation/MFCFile.h"
+#include <plotvane/foundation/MFCFile.h>
 
-#include "foundation/Exceptions.h"
+#include <plotvane/foundation/Exceptions.h>
 
 #include <algorithm>
 #include <cerrno>

@@ -2,8 +2,8 @@
 // streams a CArchive runs on.
 #pragma once
 
-#include "foundation/MFCString.h"
-#include "foundation/Types.h"
+#include <plotvane/foundation/MFCString.h>
+#include <plotvane/foundation/Types.h>
 
 class CFileException;
 

@@ -1,6 +1,6 @@
-#include "foundation/MFCString.h"
+#include <plotvane/foundation/MFCString.h>
 
-#include "foundation/Exceptions.h"
+#include <plotvane/foundation/Exceptions.h>
 
 #include <algorithm>
 #include <cctype>

@@ -1,6 +1,6 @@
-#include "foundation/NSet.h"
+#include <plotvane/foundation/NSet.h>
 
-#include "foundation/ArrayRecord.h"
+#include <plotvane/foundation/ArrayRecord.h>
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 // in the order the values were added.
 #pragma once
 
-#include "foundation/ExPtrArray.h"
+#include <plotvane/foundation/ExPtrArray.h>
 
 #include <climits>
 

@@ -1,4 +1,4 @@
-#include "foundation/StringEx.h"
+#include <plotvane/foundation/StringEx.h>
 
 #include <algorithm>
 #include <cstdlib>

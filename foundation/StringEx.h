@@ -2,8 +2,8 @@
 // sorter for list columns.
 #pragma once
 
-#include "foundation/MFCArray.h"
-#include "foundation/MFCString.h"
+#include <plotvane/foundation/MFCArray.h>
+#include <plotvane/foundation/MFCString.h>
 
 class CStringEx : public CString
 {

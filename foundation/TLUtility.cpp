@@ -1,4 +1,4 @@
-#include "foundation/TLUtility.h"
+#include <plotvane/foundation/TLUtility.h>
 
 #include <cstdlib>
 #include <sys/stat.h>

@@ -2,7 +2,7 @@
 // live, and path joining.
 #pragma once
 
-#include "foundation/MFCString.h"
+#include <plotvane/foundation/MFCString.h>
 
 class TLUtility
 {

@@ -1,6 +1,6 @@
-#include "foundation/ValueArrays.h"
+#include <plotvane/foundation/ValueArrays.h>
 
-#include "foundation/ArrayRecord.h"
+#include <plotvane/foundation/ArrayRecord.h>
 
 #include <algorithm>
 

@@ -2,8 +2,8 @@
 // owning pointer arrays that copy deeply and delete what they hold.
 #pragma once
 
-#include "foundation/ExPtrArray.h"
-#include "foundation/ValueTypes.h"
+#include <plotvane/foundation/ExPtrArray.h>
+#include <plotvane/foundation/ValueTypes.h>
 
 class CArrayD : public CArray<double, double>
 {

@@ -1,4 +1,4 @@
-#include "foundation/ValueTypes.h"
+#include <plotvane/foundation/ValueTypes.h>
 
 CPointD::CPointD(const CPointF& pt) : x(pt.x), y(pt.y) {}
 

@@ -2,8 +2,8 @@
 // Equality is exact, field by field.
 #pragma once
 
-#include "foundation/MFCArchive.h"
-#include "foundation/Types.h"
+#include <plotvane/foundation/MFCArchive.h>
+#include <plotvane/foundation/Types.h>
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
-#include "measure/ChartPointDArray.h"
+#include <plotvane/measure/ChartPointDArray.h>
 
-#include "measure/ChartPointDArrayArray.h"
+#include <plotvane/measure/ChartPointDArrayArray.h>
 
 #include <cmath>
 #include <utility>

@@ -1,6 +1,6 @@
-#include "measure/ChartPointD.h"
+#include <plotvane/measure/ChartPointD.h>
 
-#include "measure/SamplePool.h"
+#include <plotvane/measure/SamplePool.h>
 
 #include <new>
 

@@ -3,7 +3,7 @@
 // close together and costs no per-object heap header.
 #pragma once
 
-#include "foundation/MFCArchive.h"
+#include <plotvane/foundation/MFCArchive.h>
 
 #include <cstddef>
 

@@ -1,7 +1,7 @@
-#include "measure/ChartPointDArray.h"
+#include <plotvane/measure/ChartPointDArray.h>
 
-#include "foundation/ArrayRecord.h"
-#include "foundation/StringEx.h"
+#include <plotvane/foundation/ArrayRecord.h>
+#include <plotvane/foundation/StringEx.h>
 
 #include <cstdlib>
 #include <utility>

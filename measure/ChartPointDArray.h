@@ -10,11 +10,11 @@
 //   TimingMargins.cpp     setup/hold and read-cycle margins
 #pragma once
 
-#include "foundation/ExPtrArray.h"
-#include "foundation/NSet.h"
-#include "foundation/ValueArrays.h"
-#include "foundation/ValueTypes.h"
-#include "measure/ChartPointD.h"
+#include <plotvane/foundation/ExPtrArray.h>
+#include <plotvane/foundation/NSet.h>
+#include <plotvane/foundation/ValueArrays.h>
+#include <plotvane/foundation/ValueTypes.h>
+#include <plotvane/measure/ChartPointD.h>
 
 class CChartPointDArrayArray;
 

@@ -1,7 +1,7 @@
-#include "measure/ChartPointDArrayArray.h"
+#include <plotvane/measure/ChartPointDArrayArray.h>
 
-#include "foundation/ArrayRecord.h"
-#include "measure/EyeRotation.h"
+#include <plotvane/foundation/ArrayRecord.h>
+#include <plotvane/measure/EyeRotation.h>
 
 #include <charconv>
 #include <cmath>

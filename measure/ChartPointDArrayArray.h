@@ -4,7 +4,7 @@
 // with SetSize(0) or DataRemoveAll.
 #pragma once
 
-#include "measure/ChartPointDArray.h"
+#include <plotvane/measure/ChartPointDArray.h>
 
 #include <string>
 

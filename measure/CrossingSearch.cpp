@@ -1,6 +1,6 @@
-#include "measure/ChartPointDArray.h"
+#include <plotvane/measure/ChartPointDArray.h>
 
-#include "measure/SearchSkeleton.h"
+#include <plotvane/measure/SearchSkeleton.h>
 
 #include <algorithm>
 #include <cmath>

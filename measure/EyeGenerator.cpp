@@ -1,4 +1,4 @@
-#include "measure/EyeGenerator.h"
+#include <plotvane/measure/EyeGenerator.h>
 
 #include <algorithm>
 #include <cmath>

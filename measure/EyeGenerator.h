@@ -9,7 +9,7 @@
 // the sample at X = period repeats the instant of the next run's first one.
 #pragma once
 
-#include "measure/ChartPointDArray.h"
+#include <plotvane/measure/ChartPointDArray.h>
 
 #include <cstdint>
 #include <memory>

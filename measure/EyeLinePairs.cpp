@@ -1,6 +1,6 @@
-#include "measure/EyeLinePairs.h"
+#include <plotvane/measure/EyeLinePairs.h>
 
-#include "measure/SearchSkeleton.h"
+#include <plotvane/measure/SearchSkeleton.h>
 
 #include <algorithm>
 #include <cmath>

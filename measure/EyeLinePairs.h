@@ -5,7 +5,7 @@
 // against the later one. Internal to the measure layer.
 #pragma once
 
-#include "measure/ChartPointDArrayArray.h"
+#include <plotvane/measure/ChartPointDArrayArray.h>
 
 #include <vector>
 

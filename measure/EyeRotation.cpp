@@ -1,4 +1,4 @@
-#include "measure/EyeRotation.h"
+#include <plotvane/measure/EyeRotation.h>
 
 namespace plotvane
 {

@@ -3,7 +3,7 @@
 // the whole periods are put back together.
 #pragma once
 
-#include "measure/ChartPointDArrayArray.h"
+#include <plotvane/measure/ChartPointDArrayArray.h>
 
 #include <cmath>
 

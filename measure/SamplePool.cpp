@@ -1,4 +1,4 @@
-#include "measure/SamplePool.h"
+#include <plotvane/measure/SamplePool.h>
 
 #include <cstdint>
 #include <cstdlib>

@@ -3,9 +3,9 @@
 // minimum and maximum of the hits. Internal to the measure layer.
 #pragma once
 
-#include "foundation/Geometry.h"
-#include "foundation/Types.h"
-#include "measure/ChartPointD.h"
+#include <plotvane/foundation/Geometry.h>
+#include <plotvane/foundation/Types.h>
+#include <plotvane/measure/ChartPointD.h>
 
 #include <algorithm>
 #include <cmath>

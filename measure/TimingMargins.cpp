@@ -1,7 +1,7 @@
-#include "measure/ChartPointDArray.h"
+#include <plotvane/measure/ChartPointDArray.h>
 
-#include "measure/ChartPointDArrayArray.h"
-#include "measure/EyeLinePairs.h"
+#include <plotvane/measure/ChartPointDArrayArray.h>
+#include <plotvane/measure/EyeLinePairs.h>
 
 #include <algorithm>
 #include <cmath>

@@ -4,15 +4,15 @@
 // the worst-skew and crosstalk-jitter arrows, which share the parameter
 // fields. Everything is searched anew in each frame, in logical units (the
 // view scales serve as the searches' scale factors).
-#include "view/GLChartView.h"
+#include <plotvane/view/GLChartView.h>
 
-#include "document/Plotvane_Manager.h"
-#include "foundation/StringEx.h"
-#include "measure/ChartPointDArray.h"
-#include "measure/ChartPointDArrayArray.h"
-#include "measure/EyeLinePairs.h"
-#include "view/ChartViewUtil.h"
-#include "view/GLTextBmp.h"
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/foundation/StringEx.h>
+#include <plotvane/measure/ChartPointDArray.h>
+#include <plotvane/measure/ChartPointDArrayArray.h>
+#include <plotvane/measure/EyeLinePairs.h>
+#include <plotvane/view/ChartViewUtil.h>
+#include <plotvane/view/GLTextBmp.h>
 
 #include <GL/gl.h>
 

@@ -3,13 +3,13 @@
 // the drawn curves and the automatic measure points). All coordinates are
 // logical; overlay polygons stand at z 500 so that they lie in front of the
 // curves, and arrows switch the depth test off instead.
-#include "view/GLChartView.h"
+#include <plotvane/view/GLChartView.h>
 
-#include "dialogs/Plotvane_Dlg.h"
-#include "document/Plotvane_Manager.h"
-#include "measure/ChartPointDArray.h"
-#include "view/ChartViewUtil.h"
-#include "view/GLTextBmp.h"
+#include <plotvane/dialogs/Plotvane_Dlg.h>
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/measure/ChartPointDArray.h>
+#include <plotvane/view/ChartViewUtil.h>
+#include <plotvane/view/GLTextBmp.h>
 
 #include <GL/gl.h>
 

@@ -1,6 +1,6 @@
-#include "platform/Backend.h"
+#include <plotvane/platform/Backend.h>
 
-#include "platform/headless/HeadlessBackend.h"
+#include <plotvane/platform/headless/HeadlessBackend.h>
 
 namespace plotvane
 {

@@ -4,8 +4,8 @@
 // headless backend (offscreen EGL) is installed unless a host installs another.
 #pragma once
 
-#include "foundation/MFCString.h"
-#include "platform/WinTypes.h"
+#include <plotvane/foundation/MFCString.h>
+#include <plotvane/platform/WinTypes.h>
 
 #include <vector>
 

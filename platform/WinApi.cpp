@@ -1,7 +1,7 @@
-#include "platform/WinApi.h"
+#include <plotvane/platform/WinApi.h>
 
-#include "platform/Backend.h"
-#include "platform/Wnd.h"
+#include <plotvane/platform/Backend.h>
+#include <plotvane/platform/Wnd.h>
 
 namespace
 {

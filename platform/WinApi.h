@@ -2,8 +2,8 @@
 // their Win32 names and signatures; each forwards to the installed backend.
 #pragma once
 
-#include "foundation/MFCString.h"
-#include "platform/WinTypes.h"
+#include <plotvane/foundation/MFCString.h>
+#include <plotvane/platform/WinTypes.h>
 
 class CWnd;
 

@@ -5,8 +5,8 @@
 // own objects and refuses a handle it no longer knows.
 #pragma once
 
-#include "foundation/Types.h"
-#include "foundation/ValueTypes.h"
+#include <plotvane/foundation/Types.h>
+#include <plotvane/foundation/ValueTypes.h>
 
 #include <cstdint>
 

@@ -1,6 +1,6 @@
-#include "platform/Wnd.h"
+#include <plotvane/platform/Wnd.h>
 
-#include "platform/Backend.h"
+#include <plotvane/platform/Backend.h>
 
 #include <algorithm>
 

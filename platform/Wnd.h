@@ -9,8 +9,8 @@
 // does nothing.
 #pragma once
 
-#include "foundation/MFCString.h"
-#include "platform/WinTypes.h"
+#include <plotvane/foundation/MFCString.h>
+#include <plotvane/platform/WinTypes.h>
 
 #include <memory>
 #include <vector>

@@ -2,7 +2,7 @@
 // boxes, the measurement overlays and the annotation layer. The frame calls
 // each of them in its place; until a layer is written it draws nothing, and
 // its body then moves from here to the source of that layer.
-#include "view/GLChartView.h"
+#include <plotvane/view/GLChartView.h>
 
 // Cursors and clipping boxes.
 void CGLChartView::DrawXClippingLine() {}

@@ -1,7 +1,7 @@
 // Small helpers that the chart view's sources share.
 #pragma once
 
-#include "foundation/Types.h"
+#include <plotvane/foundation/Types.h>
 
 #include <GL/gl.h>
 

@@ -3,12 +3,12 @@
 // exact at any zoom. A step backwards in X (the seam of a folded eye) is
 // never drawn, and each segment is clipped against the plot frame's left
 // and bottom edges; the right and top edges are the viewport's.
-#include "view/GLChartView.h"
+#include <plotvane/view/GLChartView.h>
 
-#include "document/Plotvane_Manager.h"
-#include "foundation/Geometry.h"
-#include "measure/ChartPointDArray.h"
-#include "view/ChartViewUtil.h"
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/foundation/Geometry.h>
+#include <plotvane/measure/ChartPointDArray.h>
+#include <plotvane/view/ChartViewUtil.h>
 
 #include <GL/gl.h>
 

@@ -1,11 +1,11 @@
-#include "view/GLChartView.h"
+#include <plotvane/view/GLChartView.h>
 
-#include "dialogs/Plotvane_Dlg.h"
-#include "document/ChartMarkers.h"
-#include "document/Plotvane_Manager.h"
-#include "measure/ChartPointDArray.h"
-#include "platform/WinApi.h"
-#include "view/GLTextBmp.h"
+#include <plotvane/dialogs/Plotvane_Dlg.h>
+#include <plotvane/document/ChartMarkers.h>
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/measure/ChartPointDArray.h>
+#include <plotvane/platform/WinApi.h>
+#include <plotvane/view/GLTextBmp.h>
 
 #include <GL/gl.h>
 

@@ -11,10 +11,10 @@
 // bottom edges; that margin holds the value texts.
 #pragma once
 
-#include "foundation/MFCString.h"
-#include "foundation/Types.h"
-#include "foundation/ValueTypes.h"
-#include "view/GLWnd.h"
+#include <plotvane/foundation/MFCString.h>
+#include <plotvane/foundation/Types.h>
+#include <plotvane/foundation/ValueTypes.h>
+#include <plotvane/view/GLWnd.h>
 
 class CPlotvane_Manager;
 class CPlotvane_Dlg;

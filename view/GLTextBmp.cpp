@@ -1,6 +1,6 @@
-#include "view/GLTextBmp.h"
+#include <plotvane/view/GLTextBmp.h>
 
-#include "platform/WinApi.h"
+#include <plotvane/platform/WinApi.h>
 
 #include <GL/gl.h>
 #include <fontconfig/fontconfig.h>

@@ -5,9 +5,9 @@
 // Faces are resolved by fontconfig and rasterised by FreeType.
 #pragma once
 
-#include "foundation/MFCString.h"
-#include "foundation/ValueTypes.h"
-#include "platform/WinTypes.h"
+#include <plotvane/foundation/MFCString.h>
+#include <plotvane/foundation/ValueTypes.h>
+#include <plotvane/platform/WinTypes.h>
 
 class CGLTextBmp
 {

@@ -1,8 +1,8 @@
-#include "view/GLWnd.h"
+#include <plotvane/view/GLWnd.h>
 
-#include "foundation/TLUtility.h"
-#include "platform/Backend.h"
-#include "platform/WinApi.h"
+#include <plotvane/foundation/TLUtility.h>
+#include <plotvane/platform/Backend.h>
+#include <plotvane/platform/WinApi.h>
 
 #include <GL/gl.h>
 #include <GL/glu.h>

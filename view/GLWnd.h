@@ -5,10 +5,10 @@
 // RenderScene.
 #pragma once
 
-#include "foundation/MFCArray.h"
-#include "foundation/ValueArrays.h"
-#include "foundation/ValueTypes.h"
-#include "platform/Wnd.h"
+#include <plotvane/foundation/MFCArray.h>
+#include <plotvane/foundation/ValueArrays.h>
+#include <plotvane/foundation/ValueTypes.h>
+#include <plotvane/platform/Wnd.h>
 
 class CGLWnd : public CWnd
 {

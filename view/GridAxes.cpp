@@ -3,11 +3,11 @@
 // lines of logarithmic axes, and the value texts along both axes. Every
 // place is a share of the visible logical rectangle, so that labels keep
 // their screen place at any zoom.
-#include "view/GLChartView.h"
+#include <plotvane/view/GLChartView.h>
 
-#include "document/Plotvane_Manager.h"
-#include "view/ChartViewUtil.h"
-#include "view/GLTextBmp.h"
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/view/ChartViewUtil.h>
+#include <plotvane/view/GLTextBmp.h>
 
 #include <GL/gl.h>
 

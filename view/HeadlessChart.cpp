@@ -1,8 +1,8 @@
-#include "view/HeadlessChart.h"
+#include <plotvane/view/HeadlessChart.h>
 
-#include "document/Plotvane_Manager.h"
-#include "platform/headless/HeadlessBackend.h"
-#include "view/GLChartView.h"
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/platform/headless/HeadlessBackend.h>
+#include <plotvane/view/GLChartView.h>
 
 namespace plotvane
 {

@@ -3,9 +3,9 @@
 // in one call, and the frame it shows.
 #pragma once
 
-#include "foundation/MFCString.h"
-#include "platform/WinTypes.h"
-#include "platform/headless/Image.h"
+#include <plotvane/foundation/MFCString.h>
+#include <plotvane/platform/WinTypes.h>
+#include <plotvane/platform/headless/Image.h>
 
 class CPlotvane_Dlg;
 class CPlotvane_Manager;

@@ -1,11 +1,11 @@
-#include "apps/render/ChartInput.h"
+#include "render/ChartInput.h"
 
-#include "document/GLPlotvane_Environment.h"
-#include "document/Plotvane_Manager.h"
-#include "measure/ChartPointDArray.h"
-#include "foundation/Exceptions.h"
-#include "foundation/MFCArchive.h"
-#include "foundation/MFCFile.h"
+#include <plotvane/document/GLPlotvane_Environment.h>
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/measure/ChartPointDArray.h>
+#include <plotvane/foundation/Exceptions.h>
+#include <plotvane/foundation/MFCArchive.h>
+#include <plotvane/foundation/MFCFile.h>
 
 namespace plotvane
 {

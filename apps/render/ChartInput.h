@@ -3,9 +3,9 @@
 // line. Failures throw ChartInputError with a message for the user.
 #pragma once
 
-#include "apps/render/CsvReader.h"
-#include "apps/render/Options.h"
-#include "foundation/Types.h"
+#include "render/CsvReader.h"
+#include "render/Options.h"
+#include <plotvane/foundation/Types.h>
 
 #include <functional>
 #include <stdexcept>

@@ -1,4 +1,4 @@
-#include "apps/render/CsvReader.h"
+#include "render/CsvReader.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,8 +1,8 @@
-#include "apps/render/Demo.h"
+#include "render/Demo.h"
 
-#include "apps/render/ChartInput.h"
-#include "apps/render/JsonReport.h"
-#include "document/Plotvane_Manager.h"
+#include "render/ChartInput.h"
+#include "render/JsonReport.h"
+#include <plotvane/document/Plotvane_Manager.h>
 
 #include <algorithm>
 #include <cmath>

@@ -3,8 +3,8 @@
 // margins that the generator's known edges imply.
 #pragma once
 
-#include "apps/render/Measure.h"
-#include "measure/EyeGenerator.h"
+#include "render/Measure.h"
+#include <plotvane/measure/EyeGenerator.h>
 
 class CPlotvane_Manager;
 

@@ -1,4 +1,4 @@
-#include "apps/render/JsonReport.h"
+#include "render/JsonReport.h"
 
 #include <charconv>
 #include <cmath>

@@ -1,11 +1,11 @@
-#include "apps/render/Measure.h"
+#include "render/Measure.h"
 
-#include "apps/render/ChartInput.h"
-#include "apps/render/CsvReader.h"
-#include "apps/render/JsonReport.h"
-#include "apps/render/Render.h"
-#include "document/Plotvane_Manager.h"
-#include "measure/ChartPointDArray.h"
+#include "render/ChartInput.h"
+#include "render/CsvReader.h"
+#include "render/JsonReport.h"
+#include "render/Render.h"
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/measure/ChartPointDArray.h>
 
 #include <cmath>
 

@@ -4,7 +4,7 @@
 // the DQ set) and by the waveform's own margin operations.
 #pragma once
 
-#include "apps/render/Options.h"
+#include "render/Options.h"
 
 #include <limits>
 #include <string>

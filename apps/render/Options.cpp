@@ -1,6 +1,6 @@
-#include "apps/render/Options.h"
+#include "render/Options.h"
 
-#include "apps/render/CsvReader.h"
+#include "render/CsvReader.h"
 
 #include <charconv>
 #include <cstring>

@@ -1,9 +1,9 @@
-#include "apps/render/Render.h"
+#include "render/Render.h"
 
-#include "document/GLPlotvane_Environment.h"
-#include "document/Plotvane_Manager.h"
-#include "view/GLChartView.h"
-#include "view/HeadlessChart.h"
+#include <plotvane/document/GLPlotvane_Environment.h>
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/view/GLChartView.h>
+#include <plotvane/view/HeadlessChart.h>
 
 namespace plotvane
 {

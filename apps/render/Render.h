@@ -1,7 +1,7 @@
 // Drawing a chart offscreen for plotvane-render and writing the frame.
 #pragma once
 
-#include "apps/render/Options.h"
+#include "render/Options.h"
 
 #include <stdexcept>
 

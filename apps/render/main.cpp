@@ -1,13 +1,13 @@
 // plotvane-render: draws CSV data or a saved chart offscreen and writes the
 // frame as a PNG. See UsageText() in Options.cpp for the command line.
-#include "apps/render/ChartInput.h"
-#include "apps/render/Demo.h"
-#include "apps/render/JsonReport.h"
-#include "apps/render/Measure.h"
-#include "apps/render/Options.h"
-#include "apps/render/Render.h"
-#include "document/Plotvane_Manager.h"
-#include "platform/Backend.h"
+#include "render/ChartInput.h"
+#include "render/Demo.h"
+#include "render/JsonReport.h"
+#include "render/Measure.h"
+#include "render/Options.h"
+#include "render/Render.h"
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/platform/Backend.h>
 
 #include <cmath>
 #include <cstdio>

@@ -1,6 +1,6 @@
 // plotvane-selfcheck: exercises the installed library end to end on built-in
 // data and says what it checked. Exit status 0 when every check holds.
-#include "plotvane/plotvane.h"
+#include <plotvane/plotvane.h>
 
 #include <cmath>
 #include <cstdio>

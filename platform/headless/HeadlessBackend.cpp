@@ -1,6 +1,6 @@
-#include "platform/headless/HeadlessBackend.h"
+#include <plotvane/platform/headless/HeadlessBackend.h>
 
-#include "platform/Wnd.h"
+#include <plotvane/platform/Wnd.h>
 
 #include <EGL/egl.h>
 #include <EGL/eglext.h>

@@ -27,8 +27,8 @@
 //   without one: windows then have no device context.
 #pragma once
 
-#include "platform/Backend.h"
-#include "platform/headless/Image.h"
+#include <plotvane/platform/Backend.h>
+#include <plotvane/platform/headless/Image.h>
 
 #include <functional>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "platform/headless/Image.h"
+#include <plotvane/platform/headless/Image.h>
 
 #include <algorithm>
 #include <png.h>

@@ -2,8 +2,8 @@
 // a window's front buffer, and its PNG form.
 #pragma once
 
-#include "foundation/MFCString.h"
-#include "foundation/Types.h"
+#include <plotvane/foundation/MFCString.h>
+#include <plotvane/foundation/Types.h>
 
 #include <cstdint>
 #include <vector>

@@ -1,6 +1,6 @@
-#include "apps/render/ChartInput.h"
-#include "document/Plotvane_Manager.h"
-#include "measure/ChartPointDArray.h"
+#include "render/ChartInput.h"
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/measure/ChartPointDArray.h>
 
 #include <gtest/gtest.h>
 

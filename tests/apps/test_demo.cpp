@@ -1,10 +1,10 @@
 // Runs plotvane-render's DDR eye modes and checks the report against the
 // chart it saved, the waveform operations and the generator's edges.
-#include "apps/render/ChartInput.h"
-#include "apps/render/JsonReport.h"
-#include "document/Plotvane_Manager.h"
-#include "measure/ChartPointDArray.h"
-#include "measure/EyeGenerator.h"
+#include "render/ChartInput.h"
+#include "render/JsonReport.h"
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/measure/ChartPointDArray.h>
+#include <plotvane/measure/EyeGenerator.h>
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "apps/render/Options.h"
+#include "render/Options.h"
 
 #include <gtest/gtest.h>
 

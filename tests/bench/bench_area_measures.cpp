@@ -1,6 +1,6 @@
 // Overshoot area over the lines of a folded eye, as the overshoot overlay
 // calls it: 2,000 periods of 128 samples.
-#include "measure/ChartPointDArray.h"
+#include <plotvane/measure/ChartPointDArray.h>
 
 #include <benchmark/benchmark.h>
 

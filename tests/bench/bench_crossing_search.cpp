@@ -1,7 +1,7 @@
 // Crossing searches over a folded eye of ten million samples, against the
 // floor that the sample storage allows (a loop that only reads every sample),
 // and the cost in time and memory of building such a waveform.
-#include "measure/ChartPointDArray.h"
+#include <plotvane/measure/ChartPointDArray.h>
 
 #include <benchmark/benchmark.h>
 

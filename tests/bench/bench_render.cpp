@@ -3,12 +3,12 @@
 // periods, from ten thousand to ten million samples; and plotvane-render as
 // a whole process (read a CSV, fill the chart, draw, write the PNG) for a
 // million samples.
-#include "document/Plotvane_Manager.h"
-#include "measure/ChartPointDArray.h"
-#include "measure/EyeGenerator.h"
-#include "platform/headless/HeadlessBackend.h"
-#include "view/GLChartView.h"
-#include "view/HeadlessChart.h"
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/measure/ChartPointDArray.h>
+#include <plotvane/measure/EyeGenerator.h>
+#include <plotvane/platform/headless/HeadlessBackend.h>
+#include <plotvane/view/GLChartView.h>
+#include <plotvane/view/HeadlessChart.h>
 
 #include <benchmark/benchmark.h>
 

@@ -2,9 +2,9 @@
 // samples with a differential strobe. The read-cycle run also times the
 // plain walk over every pair of eye lines once, reports how many times faster
 // the filtered walk is, and fails when the two disagree in any bit.
-#include "measure/ChartPointDArrayArray.h"
-#include "measure/EyeGenerator.h"
-#include "measure/EyeLinePairs.h"
+#include <plotvane/measure/ChartPointDArrayArray.h>
+#include <plotvane/measure/EyeGenerator.h>
+#include <plotvane/measure/EyeLinePairs.h>
 
 #include <benchmark/benchmark.h>
 

@@ -1,7 +1,7 @@
-#include "document/AxisAttribute.h"
+#include <plotvane/document/AxisAttribute.h>
 
-#include "dialogs/Plotvane_Attribute_Dlg.h"
-#include "document/Plotvane_InputData.h"
+#include <plotvane/dialogs/Plotvane_Attribute_Dlg.h>
+#include <plotvane/document/Plotvane_InputData.h>
 
 #include <gtest/gtest.h>
 

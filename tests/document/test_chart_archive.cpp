@@ -1,6 +1,6 @@
-#include "document/ChartMarkers.h"
-#include "document/Plotvane_Manager.h"
-#include "foundation/Exceptions.h"
+#include <plotvane/document/ChartMarkers.h>
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/foundation/Exceptions.h>
 
 #include <gtest/gtest.h>
 

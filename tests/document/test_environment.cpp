@@ -1,6 +1,6 @@
-#include "document/GLPlotvane_Environment.h"
+#include <plotvane/document/GLPlotvane_Environment.h>
 
-#include "foundation/Exceptions.h"
+#include <plotvane/foundation/Exceptions.h>
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "document/Plotvane_Manager.h"
-#include "foundation/Exceptions.h"
-#include "view/GLChartView.h"
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/foundation/Exceptions.h>
+#include <plotvane/view/GLChartView.h>
 
 #include <gtest/gtest.h>
 

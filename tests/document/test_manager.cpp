@@ -1,6 +1,6 @@
-#include "document/ChartMarkers.h"
-#include "document/Plotvane_Manager.h"
-#include "view/GLChartView.h"
+#include <plotvane/document/ChartMarkers.h>
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/view/GLChartView.h>
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 // Grid intervals, unit bases, scales and number text of the manager. The
 // intervals read the view's visible rectangle, so those cases draw into an
 // offscreen chart; the others need no window.
-#include "document/Plotvane_Manager.h"
-#include "platform/headless/HeadlessBackend.h"
-#include "view/GLChartView.h"
-#include "view/HeadlessChart.h"
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/platform/headless/HeadlessBackend.h>
+#include <plotvane/view/GLChartView.h>
+#include <plotvane/view/HeadlessChart.h>
 
 #include <gtest/gtest.h>
 

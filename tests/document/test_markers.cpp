@@ -1,7 +1,7 @@
-#include "document/ChartMarkers.h"
-#include "document/Plotvane_Manager.h"
-#include "document/TargetImp.h"
-#include "foundation/Exceptions.h"
+#include <plotvane/document/ChartMarkers.h>
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/document/TargetImp.h>
+#include <plotvane/foundation/Exceptions.h>
 
 #include <gtest/gtest.h>
 

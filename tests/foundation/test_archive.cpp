@@ -1,7 +1,7 @@
-#include "foundation/ArrayRecord.h"
-#include "foundation/MFCArchive.h"
-#include "foundation/NSet.h"
-#include "foundation/ValueArrays.h"
+#include <plotvane/foundation/ArrayRecord.h>
+#include <plotvane/foundation/MFCArchive.h>
+#include <plotvane/foundation/NSet.h>
+#include <plotvane/foundation/ValueArrays.h>
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "foundation/ExPtrArray.h"
-#include "foundation/NSet.h"
-#include "foundation/ValueArrays.h"
+#include <plotvane/foundation/ExPtrArray.h>
+#include <plotvane/foundation/NSet.h>
+#include <plotvane/foundation/ValueArrays.h>
 
 #include <gtest/gtest.h>
 

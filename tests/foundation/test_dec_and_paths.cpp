@@ -1,5 +1,5 @@
-#include "foundation/Dec.h"
-#include "foundation/TLUtility.h"
+#include <plotvane/foundation/Dec.h>
+#include <plotvane/foundation/TLUtility.h>
 
 #include <gtest/gtest.h>
 

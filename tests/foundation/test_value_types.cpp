@@ -1,6 +1,6 @@
-#include "foundation/Geometry.h"
-#include "foundation/StringEx.h"
-#include "foundation/ValueTypes.h"
+#include <plotvane/foundation/Geometry.h>
+#include <plotvane/foundation/StringEx.h>
+#include <plotvane/foundation/ValueTypes.h>
 
 #include <gtest/gtest.h>
 

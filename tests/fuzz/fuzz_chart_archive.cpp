@@ -2,10 +2,10 @@
 // Stream faults must surface as archive exceptions, never as crashes, hangs
 // or allocations beyond what the input can hold, and whatever was loaded
 // before a fault must stay usable.
-#include "document/Plotvane_Manager.h"
+#include <plotvane/document/Plotvane_Manager.h>
 
-#include "foundation/Exceptions.h"
-#include "foundation/MFCFile.h"
+#include <plotvane/foundation/Exceptions.h>
+#include <plotvane/foundation/MFCFile.h>
 
 #include <cstddef>
 #include <cstdint>

@@ -1,10 +1,10 @@
 // Feeds arbitrary bytes to the settings reader as if they were "Chart.uis".
 // Stream faults must surface as archive exceptions, never as crashes, hangs
 // or allocations beyond what the input can hold.
-#include "document/GLPlotvane_Environment.h"
+#include <plotvane/document/GLPlotvane_Environment.h>
 
-#include "foundation/Exceptions.h"
-#include "foundation/MFCFile.h"
+#include <plotvane/foundation/Exceptions.h>
+#include <plotvane/foundation/MFCFile.h>
 
 #include <cstddef>
 #include <cstdint>

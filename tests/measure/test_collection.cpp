@@ -1,4 +1,4 @@
-#include "measure/ChartPointDArrayArray.h"
+#include <plotvane/measure/ChartPointDArrayArray.h>
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "measure/ChartPointDArray.h"
+#include <plotvane/measure/ChartPointDArray.h>
 
-#include "foundation/Geometry.h"
+#include <plotvane/foundation/Geometry.h>
 
 #include <gtest/gtest.h>
 

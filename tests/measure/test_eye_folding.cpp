@@ -1,5 +1,5 @@
-#include "measure/ChartPointDArrayArray.h"
-#include "measure/EyeRotation.h"
+#include <plotvane/measure/ChartPointDArrayArray.h>
+#include <plotvane/measure/EyeRotation.h>
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "measure/ChartPointDArrayArray.h"
-#include "measure/EyeGenerator.h"
-#include "measure/EyeLinePairs.h"
+#include <plotvane/measure/ChartPointDArrayArray.h>
+#include <plotvane/measure/EyeGenerator.h>
+#include <plotvane/measure/EyeLinePairs.h>
 
 #include <gtest/gtest.h>
 

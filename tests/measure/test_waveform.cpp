@@ -1,4 +1,4 @@
-#include "measure/ChartPointDArray.h"
+#include <plotvane/measure/ChartPointDArray.h>
 
 #include <gtest/gtest.h>
 

@@ -2,11 +2,11 @@
 // that place data coordinates on the client image.
 #pragma once
 
-#include "document/Plotvane_Manager.h"
-#include "measure/ChartPointDArray.h"
-#include "platform/headless/HeadlessBackend.h"
-#include "view/GLChartView.h"
-#include "view/HeadlessChart.h"
+#include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/measure/ChartPointDArray.h>
+#include <plotvane/platform/headless/HeadlessBackend.h>
+#include <plotvane/view/GLChartView.h>
+#include <plotvane/view/HeadlessChart.h>
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 // its boxes and lines where they belong and by the margins it stores.
 #include "overlay_fixture.h"
 
-#include "measure/EyeGenerator.h"
+#include <plotvane/measure/EyeGenerator.h>
 
 #include <cmath>
 

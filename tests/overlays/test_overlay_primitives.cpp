@@ -2,7 +2,7 @@
 // into a frame where one logical unit is one pixel.
 #include "overlay_fixture.h"
 
-#include "dialogs/Plotvane_Dlg.h"
+#include <plotvane/dialogs/Plotvane_Dlg.h>
 
 #include <GL/gl.h>
 

@@ -1,9 +1,9 @@
 // The headless backend: windows, painting, messages, keys, message boxes,
 // EGL surfaces and contexts, and PNG images.
-#include "platform/Backend.h"
-#include "platform/WinApi.h"
-#include "platform/Wnd.h"
-#include "platform/headless/HeadlessBackend.h"
+#include <plotvane/platform/Backend.h>
+#include <plotvane/platform/WinApi.h>
+#include <plotvane/platform/Wnd.h>
+#include <plotvane/platform/headless/HeadlessBackend.h>
 
 #include <GL/gl.h>
 #include <gtest/gtest.h>

@@ -3,8 +3,8 @@
 // background colour timing, fonts and text measures.
 #include "chart_fixture.h"
 
-#include "document/ChartMarkers.h"
-#include "view/GLTextBmp.h"
+#include <plotvane/document/ChartMarkers.h>
+#include <plotvane/view/GLTextBmp.h>
 
 #include <GL/gl.h>
 

@@ -1,11 +1,11 @@
 // CGLWnd: context creation and its failures, the pixel format search, the
 // coordinate mappings, zoom and projection, and right-button dragging, drawn
 // offscreen through the headless backend.
-#include "view/GLWnd.h"
+#include <plotvane/view/GLWnd.h>
 
-#include "platform/Backend.h"
-#include "platform/WinApi.h"
-#include "platform/headless/HeadlessBackend.h"
+#include <plotvane/platform/Backend.h>
+#include <plotvane/platform/WinApi.h>
+#include <plotvane/platform/headless/HeadlessBackend.h>
 
 #include <GL/gl.h>
 #include <gtest/gtest.h>

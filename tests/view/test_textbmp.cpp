@@ -1,9 +1,9 @@
 // CGLTextBmp: bitmap text drawn offscreen, read back from the front image.
-#include "view/GLTextBmp.h"
+#include <plotvane/view/GLTextBmp.h>
 
-#include "platform/WinApi.h"
-#include "platform/headless/HeadlessBackend.h"
-#include "view/GLWnd.h"
+#include <plotvane/platform/WinApi.h>
+#include <plotvane/platform/headless/HeadlessBackend.h>
+#include <plotvane/view/GLWnd.h>
 
 #include <GL/gl.h>
 #include <gtest/gtest.h>
