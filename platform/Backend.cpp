@@ -1,7 +1,5 @@
 #include <plotvane/platform/Backend.h>
 
-#include <plotvane/platform/headless/HeadlessBackend.h>
-
 namespace plotvane
 {
 
@@ -18,9 +16,15 @@ CString& AppName()
 
 } // namespace
 
+bool Backend::SaveFrontImage(HWND hwnd, const CString& path, bool withAlpha)
+{
+    const Image* image = GetFrontImage(hwnd);
+    return image != nullptr && WritePng(path, *image, withAlpha);
+}
+
 Backend& GetBackend()
 {
-    return g_pInstalled != nullptr ? *g_pInstalled : HeadlessBackend::Default();
+    return g_pInstalled != nullptr ? *g_pInstalled : GetDefaultBackend();
 }
 
 Backend* SetBackend(Backend* backend)

@@ -1,10 +1,12 @@
 // The window system behind CWnd and the GL window: a backend supplies native
 // windows, their GL surfaces and contexts, message boxes and the key state.
 // The core talks to the installed backend only through this interface; the
-// headless backend (offscreen EGL) is installed unless a host installs another.
+// default backend (the headless one, offscreen EGL) serves unless a host
+// installs another.
 #pragma once
 
 #include <plotvane/foundation/MFCString.h>
+#include <plotvane/platform/Image.h>
 #include <plotvane/platform/WinTypes.h>
 
 #include <vector>
@@ -104,13 +106,27 @@ public:
     // Called after drawing into GL_FRONT and glFlush, so that a backend
     // whose front buffer is an image of its own can take the drawing over.
     virtual void FrontBufferFlushed(HDC hdc) = 0;
+
+    // What the window's GL surface shows now, top row first: the frame of
+    // the last swap with any front-buffer drawing since. Null for a window
+    // without a GL surface. The image stays the backend's and holds until the
+    // window is drawn again, resized or destroyed: ask again after those.
+    virtual const Image* GetFrontImage(HWND hwnd) = 0;
+    // Writes GetFrontImage as PNG (RGB, or RGBA with withAlpha); false when
+    // there is no image or the file cannot be written.
+    bool SaveFrontImage(HWND hwnd, const CString& path, bool withAlpha = false);
 };
 
-// The installed backend. Never null: the headless backend is the default.
+// The installed backend. Never null: the default backend serves when none
+// is installed.
 Backend& GetBackend();
-// Installs a backend (null: back to the headless default) and returns the
-// one installed before. The caller keeps ownership.
+// Installs a backend (null: back to the default) and returns the one
+// installed before. The caller keeps ownership.
 Backend* SetBackend(Backend* backend);
+// The process-wide backend that serves when none is installed. The backend
+// built into the library defines it (the headless one), so that this layer
+// names no backend.
+Backend& GetDefaultBackend();
 
 // Installs a backend for the lifetime of the object.
 class BackendScope

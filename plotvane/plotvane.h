@@ -32,16 +32,17 @@
 #include <plotvane/document/TargetImp.h>
 
 #include <plotvane/platform/Backend.h>
+#include <plotvane/platform/Image.h>
+#include <plotvane/platform/PixelFormats.h>
 #include <plotvane/platform/WinApi.h>
 #include <plotvane/platform/WinTypes.h>
 #include <plotvane/platform/Wnd.h>
 #include <plotvane/platform/headless/HeadlessBackend.h>
-#include <plotvane/platform/headless/Image.h>
+#include <plotvane/platform/headless/HeadlessChart.h>
 
 #include <plotvane/view/GLChartView.h>
 #include <plotvane/view/GLTextBmp.h>
 #include <plotvane/view/GLWnd.h>
-#include <plotvane/view/HeadlessChart.h>
 
 #include <plotvane/dialogs/Plotvane_Attribute_Dlg.h>
 #include <plotvane/dialogs/Plotvane_Dlg.h>

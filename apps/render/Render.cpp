@@ -2,8 +2,8 @@
 
 #include <plotvane/document/GLPlotvane_Environment.h>
 #include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/platform/headless/HeadlessChart.h>
 #include <plotvane/view/GLChartView.h>
-#include <plotvane/view/HeadlessChart.h>
 
 namespace plotvane
 {

@@ -1,22 +1,11 @@
 // The headless backend: windows without a display, drawn offscreen.
 //
-// - A window is a rectangle with state: client rectangle = window rectangle
-//   (no border), visibility, text, an update flag with an erase flag, and a
-//   count of invalidations. Nothing paints by itself: UpdateWindow,
-//   RedrawWindow(RDW_UPDATENOW), SendMessage(WM_PAINT) or PaintPending()
-//   paint synchronously.
-// - The GL surface of a window is an EGL pbuffer of its client size: Mesa's
-//   surfaceless platform, or the EGL device platform when a GPU device is
-//   present (then Mesa's software device is listed too, as the generic
-//   formats). EGL configs are described as PIXELFORMATDESCRIPTOR values; a
-//   software renderer (llvmpipe, softpipe, swrast) gives PFD_GENERIC_FORMAT.
-// - Double buffering: the pbuffer is the back buffer and the window keeps a
-//   front image. SwapBuffers copies the pbuffer into the front image and
-//   leaves the pbuffer as it was. A pbuffer has one colour buffer, which
-//   GL_FRONT and GL_BACK both name, so that between frames it holds what the
-//   front image shows: drawing into GL_FRONT there (XOR rubber bands) acts on
-//   the shown frame, and FrontBufferFlushed copies the result into the front
-//   image.
+// - Windows are rectangles with state, painted synchronously on request
+//   (WindowManager.h).
+// - The GL surface of a window is an EGL pbuffer of its client size beside a
+//   front image that SwapBuffers fills (Surface.h); the pixel formats are
+//   the EGL configs of Mesa's surfaceless platform or a GPU's device
+//   platform, described as PIXELFORMATDESCRIPTOR values (EglDisplays.h).
 // - Message boxes go to standard error as "<caption>: <text>" and a log; the
 //   answer is IDOK (IDYES for yes/no boxes) unless a test sets another.
 // - GetAsyncKeyState reads a key table that hosts and tests set.
@@ -25,10 +14,12 @@
 // - Setting the environment variable PLOTVANE_HEADLESS_NO_EGL to anything
 //   but "0" or "" makes the backend refuse every EGL display, as on a machine
 //   without one: windows then have no device context.
+//
+// This header names no EGL type, so that hosts include it without EGL's.
 #pragma once
 
 #include <plotvane/platform/Backend.h>
-#include <plotvane/platform/headless/Image.h>
+#include <plotvane/platform/Image.h>
 
 #include <functional>
 #include <memory>
@@ -62,10 +53,6 @@ public:
     int GetInvalidateCount(HWND hwnd) const;
     // Paints every visible window that has a paint due, parents first.
     void PaintPending();
-    // The front image of a window: what the screen would show. Null for a
-    // window without a GL surface.
-    const Image* GetFrontImage(HWND hwnd) const;
-    bool SaveFrontImage(HWND hwnd, const CString& path, bool withAlpha = false) const;
     // Whether an EGL display is usable, and the renderer of the first one.
     bool IsGLAvailable();
     CString GetRendererName();
@@ -112,6 +99,8 @@ public:
     HDC GetCurrentDC() override;
     bool SwapBuffers(HDC hdc) override;
     void FrontBufferFlushed(HDC hdc) override;
+    // What the screen would show: the front image that SwapBuffers fills.
+    const Image* GetFrontImage(HWND hwnd) override;
 
 private:
     struct Impl;

@@ -7,8 +7,8 @@
 #include <plotvane/measure/ChartPointDArray.h>
 #include <plotvane/measure/EyeGenerator.h>
 #include <plotvane/platform/headless/HeadlessBackend.h>
+#include <plotvane/platform/headless/HeadlessChart.h>
 #include <plotvane/view/GLChartView.h>
-#include <plotvane/view/HeadlessChart.h>
 
 #include <benchmark/benchmark.h>
 

@@ -1,6 +1,10 @@
 // The headless backend: windows, painting, messages, keys, message boxes,
 // EGL surfaces and contexts, and PNG images.
+#include "common/gl_required.h"
+
 #include <plotvane/platform/Backend.h>
+#include <plotvane/platform/Image.h>
+#include <plotvane/platform/PixelFormats.h>
 #include <plotvane/platform/WinApi.h>
 #include <plotvane/platform/Wnd.h>
 #include <plotvane/platform/headless/HeadlessBackend.h>
@@ -227,8 +231,7 @@ TEST(HeadlessImages, PngRoundTrip)
 
 TEST(HeadlessGL, ConfigsAreDescribedAsPixelFormats)
 {
-    if (!Headless().IsGLAvailable())
-        GTEST_SKIP() << "no EGL display";
+    PLOTVANE_REQUIRE_GL();
     CWnd wnd;
     ASSERT_TRUE(wnd.Create(nullptr, "", 0, CRect(0, 0, 8, 8), nullptr, 0));
     CClientDC dc(&wnd);
@@ -240,9 +243,11 @@ TEST(HeadlessGL, ConfigsAreDescribedAsPixelFormats)
     CString renderer;
     const bool hardware = IsEnableOpenGL(renderer, nullptr) != FALSE;
     EXPECT_EQ(renderer, Headless().GetRendererName());
+    std::vector<PIXELFORMATDESCRIPTOR> described;
     for (int i = 1; i <= count; ++i)
     {
         ASSERT_EQ(DescribePixelFormat(dc, i, sizeof(pfd), &pfd), count);
+        described.push_back(pfd);
         EXPECT_EQ(pfd.nSize, 40);
         EXPECT_EQ(pfd.nVersion, 1);
         EXPECT_EQ(pfd.dwFlags & (PFD_SUPPORT_OPENGL | PFD_DRAW_TO_WINDOW | PFD_DOUBLEBUFFER),
@@ -255,12 +260,23 @@ TEST(HeadlessGL, ConfigsAreDescribedAsPixelFormats)
         }
     }
     EXPECT_EQ(DescribePixelFormat(dc, count + 1, sizeof(pfd), &pfd), 0);
+
+    // ChoosePixelFormat ranks these very descriptions, numbered as described.
+    PIXELFORMATDESCRIPTOR want{};
+    want.nSize = sizeof(want);
+    want.nVersion = 1;
+    want.dwFlags = PFD_SUPPORT_OPENGL | PFD_DRAW_TO_WINDOW | PFD_DOUBLEBUFFER;
+    want.cColorBits = 32;
+    want.cDepthBits = 16;
+    want.cStencilBits = 1;
+    EXPECT_EQ(ChoosePixelFormat(dc, &want), plotvane::ChooseNearestPixelFormat(described, want));
+    want.dwFlags |= PFD_GENERIC_FORMAT;
+    EXPECT_EQ(ChoosePixelFormat(dc, &want), plotvane::ChooseNearestPixelFormat(described, want));
 }
 
 TEST(HeadlessGL, ClearSwapResizeAndFrontBuffer)
 {
-    if (!Headless().IsGLAvailable())
-        GTEST_SKIP() << "no EGL display";
+    PLOTVANE_REQUIRE_GL();
     CWnd wnd;
     ASSERT_TRUE(wnd.Create(nullptr, "", WS_VISIBLE, CRect(0, 0, 40, 20), nullptr, 0));
     CClientDC dc(&wnd);

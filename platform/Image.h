@@ -1,5 +1,6 @@
-// An 8-bit RGBA image with the top row first, as the headless backend keeps
-// a window's front buffer, and its PNG form.
+// An 8-bit RGBA image with the top row first: what a window shows, as a
+// backend gives it back (the headless backend keeps one per window), and
+// its PNG form.
 #pragma once
 
 #include <plotvane/foundation/MFCString.h>

@@ -1,4 +1,4 @@
-#include <plotvane/platform/headless/Image.h>
+#include <plotvane/platform/Image.h>
 
 #include <algorithm>
 #include <png.h>

@@ -1,7 +1,7 @@
-#include <plotvane/view/HeadlessChart.h>
+#include <plotvane/platform/headless/HeadlessChart.h>
 
 #include <plotvane/document/Plotvane_Manager.h>
-#include <plotvane/platform/headless/HeadlessBackend.h>
+#include <plotvane/platform/Backend.h>
 #include <plotvane/view/GLChartView.h>
 
 namespace plotvane
@@ -23,11 +23,10 @@ bool CreateHeadlessChart(CPlotvane_Manager& manager, int width, int height)
 
 const Image* GetChartImage(const CPlotvane_Manager& manager)
 {
-    auto* pBackend = dynamic_cast<HeadlessBackend*>(&GetBackend());
     const CGLChartView* pView = manager.m_ChartDlg.GetGLChartView();
-    if (pBackend == nullptr || pView == nullptr || pView->GetSafeHwnd() == nullptr)
+    if (pView == nullptr || pView->GetSafeHwnd() == nullptr)
         return nullptr;
-    return pBackend->GetFrontImage(pView->GetSafeHwnd());
+    return GetBackend().GetFrontImage(pView->GetSafeHwnd());
 }
 
 bool SaveChartImage(const CPlotvane_Manager& manager, const CString& path)

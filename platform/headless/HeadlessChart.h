@@ -4,8 +4,8 @@
 #pragma once
 
 #include <plotvane/foundation/MFCString.h>
+#include <plotvane/platform/Image.h>
 #include <plotvane/platform/WinTypes.h>
-#include <plotvane/platform/headless/Image.h>
 
 class CPlotvane_Dlg;
 class CPlotvane_Manager;
@@ -22,8 +22,8 @@ bool CreateChartWindow(CPlotvane_Dlg& dlg, CWnd* pParent, const CRect& rc);
 // A top-level chart of width x height pixels for the manager.
 bool CreateHeadlessChart(CPlotvane_Manager& manager, int width, int height);
 
-// The frame that the chart's view shows now, when the headless backend is
-// installed and the view has a GL surface; null otherwise.
+// The frame that the chart's view shows now, as the installed backend gives
+// it; null when the view has no window or no GL surface.
 const Image* GetChartImage(const CPlotvane_Manager& manager);
 bool SaveChartImage(const CPlotvane_Manager& manager, const CString& path);
 
