@@ -1,6 +1,7 @@
 #include <plotvane/measure/ChartPointDArray.h>
 
 #include <plotvane/measure/ChartPointDArrayArray.h>
+#include <plotvane/measure/EyeCrossings.h>
 #include <plotvane/measure/EyeLinePairs.h>
 
 #include <algorithm>
@@ -8,10 +9,13 @@
 
 namespace
 {
+using plotvane::LevelCross;
+
 // Scale factors of every search here: nanoseconds and centivolts keep the
 // intersection primitive's numbers near 1.
 constexpr double kScaleX = 1e9;
 constexpr double kScaleY = 100.0;
+constexpr plotvane::SearchScale kScale{kScaleX, kScaleY};
 constexpr double kHuge = 1.7976931348623157e308;
 constexpr double kTiny = 2.2250738585072014e-308;
 
@@ -79,74 +83,22 @@ Window InitialWindow(const StrobeFrame& sf, double dSpan, bool bNarrow, bool bWi
     return w;
 }
 
-// A strobe with a phase follows the data: the window is placed from the
-// data's own first and last crossing of the reference.
+// The eye searches of EyeCrossings.h at this file's scale.
 void FollowDataCrossings(const CChartPointDArray& d, const DataFrame& f, const CChartPointDArray& s,
                          const StrobeFrame& sf, double dVref, Window& w)
 {
-    if (s.m_nStrobePhase != 0 && s.m_nStrobePhase != 1)
-        return;
-    double c0 = 0.0;
-    double c1 = 0.0;
-    const bool bFound =
-        d.GetCrossMinMaxXValue(dVref, f.dXLow, f.dMaxX, kScaleX, kScaleY, c0, c1) != 0;
-    const double q = f.dSpan * 0.25;
-    if (s.m_nStrobePhase == 0)
-    {
-        if (bFound)
-        {
-            w.dLo = f.dSpan / 10.0 + c0;
-            w.dHi = q + w.dLo;
-        }
-        else
-        {
-            w.dLo = sf.dMinX + s.m_dPeriod * 0.5;
-            w.dHi = w.dLo + s.m_dPeriod * 0.5;
-        }
-        return;
-    }
-    if (bFound)
-    {
-        w.dLo = c0 + f.dSpan / 10.0 + (c1 - c0) * 0.25;
-        w.dHi = c1 - f.dSpan / 10.0 - (c1 - c0) * 0.25;
-    }
-    else
-    {
-        w.dLo = sf.dMinX + s.m_dPeriod;
-        w.dHi = w.dLo + s.m_dPeriod * 0.5;
-    }
+    plotvane::FollowDataCrossings(d, f.dXLow, f.dMaxX, s, sf.dMinX, dVref, kScale, w.dLo, w.dHi);
 }
 
-// Earliest and latest strobe crossing in [dLo, dHi]: DQS against DQS#, or
-// DQS against the reference when single-ended. The outputs move only when
-// something was found.
 bool FindStrobe(const CChartPointDArray& s, const CChartPointDArray* pBar, double dVref, double dLo,
                 double dHi, double& sMin, double& sMax)
 {
-    double a = 0.0;
-    double b = 0.0;
-    const int bFound = pBar ? s.GetDataCrossMinMaxXValue(pBar, dLo, dHi, kScaleX, kScaleY, a, b)
-                            : s.GetCrossMinMaxXValue(dVref, dLo, dHi, kScaleX, kScaleY, a, b);
-    if (!bFound)
-        return false;
-    sMin = a;
-    sMax = b;
-    return true;
+    return plotvane::FindStrobeEdge(s, pBar, dVref, dLo, dHi, kScale, sMin, sMax);
 }
 
-// First and last crossing of a level in a window; not found leaves 0.0.
-struct Cross
+LevelCross CrossOf(const CChartPointDArray& d, double dLevel, double dLo, double dHi)
 {
-    bool bFound;
-    double dFirst;
-    double dLast;
-};
-
-Cross CrossOf(const CChartPointDArray& d, double dLevel, double dLo, double dHi)
-{
-    Cross c{false, 0.0, 0.0};
-    c.bFound = d.GetCrossMinMaxXValue(dLevel, dLo, dHi, kScaleX, kScaleY, c.dFirst, c.dLast) != 0;
-    return c;
+    return plotvane::CrossOf(d, dLevel, dLo, dHi, kScale);
 }
 
 // The required times and the half-heights of the bands around the reference.
@@ -300,8 +252,8 @@ void LevelResults(const SetupHold& c, int bVrefFromData, SetupHoldOut& out)
     const double r = c.sMax + c.req.tHold;
     out.dStrobeSpreadPS = (c.sMax - c.sMin) * 1e12;
 
-    const Cross e1 = CrossOf(c.d, hiV, r + c.w.dExtra, c.f.dMaxY);
-    const Cross e2 = CrossOf(c.d, loV, r + c.w.dExtra, c.f.dMaxY);
+    const LevelCross e1 = CrossOf(c.d, hiV, r + c.w.dExtra, c.f.dMaxY);
+    const LevelCross e2 = CrossOf(c.d, loV, r + c.w.dExtra, c.f.dMaxY);
     bool bHold = e1.bFound || e2.bFound;
     double rPS = 0.0;
     double dRectMin = 0.0;
@@ -314,7 +266,7 @@ void LevelResults(const SetupHold& c, int bVrefFromData, SetupHoldOut& out)
     }
     else if (bHold)
     {
-        out.dHoldMargin = std::fabs(std::min(e1.dFirst, e2.dFirst) - r);
+        out.dHoldMargin = std::fabs(std::min(e1.dLo, e2.dLo) - r);
         out.dHoldHeight = (c.req.dBandHold + c.req.dBandHold) * 1000.0;
         rPS = r * 1e12;
     }
@@ -324,8 +276,8 @@ void LevelResults(const SetupHold& c, int bVrefFromData, SetupHoldOut& out)
     // The rectangle of the setup side takes the hold band: kept as the
     // overlay draws it.
     const double l = c.sMin - c.req.tSetup;
-    const Cross f1 = CrossOf(c.d, c.dVref + c.req.dBandSetup, c.f.dXLow, l);
-    const Cross f2 = CrossOf(c.d, c.dVref - c.req.dBandSetup, c.f.dXLow, l);
+    const LevelCross f1 = CrossOf(c.d, c.dVref + c.req.dBandSetup, c.f.dXLow, l);
+    const LevelCross f2 = CrossOf(c.d, c.dVref - c.req.dBandSetup, c.f.dXLow, l);
     bool bSetup = f1.bFound || f2.bFound;
     double lPS = 0.0;
     if (c.d.GetRectAreaCrossMinXValue(l, hiV, c.sMin, loV, l, c.sMin, kScaleX, kScaleY, dRectMin,
@@ -336,7 +288,7 @@ void LevelResults(const SetupHold& c, int bVrefFromData, SetupHoldOut& out)
     }
     else if (bSetup)
     {
-        out.dSetupMargin = std::fabs(l - std::max(f1.dLast, f2.dLast));
+        out.dSetupMargin = std::fabs(l - std::max(f1.dHi, f2.dHi));
         out.dSetupHeight = (c.req.dBandSetup + c.req.dBandSetup) * 1000.0;
         lPS = l * 1e12;
     }
@@ -356,30 +308,30 @@ void MaskResults(const SetupHold& c, SetupHoldOut& out)
     const double dCentre = (c.sMax + c.sMin) * 0.5;
 
     double w = c.d.m_dPeriod * 0.5;
-    const Cross before = CrossOf(c.d, c.dVref, c.f.dXLow, c.sMin);
-    const Cross after = CrossOf(c.d, c.dVref, c.sMax, c.w.dHi);
+    const LevelCross before = CrossOf(c.d, c.dVref, c.f.dXLow, c.sMin);
+    const LevelCross after = CrossOf(c.d, c.dVref, c.sMax, c.w.dHi);
     if (before.bFound && after.bFound)
-        w = after.dFirst - before.dLast;
+        w = after.dLo - before.dHi;
     const double dHalfMask = c.d.m_dEyeHoldTime * w * 0.5;
     const double dMaskRight = dCentre + dHalfMask;
     const double dMaskLeft = dCentre - dHalfMask;
     out.dWindowPS = c.d.m_dEyeHoldTime * c.d.m_dPeriod * 0.5 * 1e12;
 
     const double dHoldFrom = c.sMax + c.req.tHold + c.w.dExtra;
-    const Cross e1 = CrossOf(c.d, hiV, dHoldFrom, c.f.dMaxY);
-    const Cross e2 = CrossOf(c.d, loV, dHoldFrom, c.f.dMaxY);
+    const LevelCross e1 = CrossOf(c.d, hiV, dHoldFrom, c.f.dMaxY);
+    const LevelCross e2 = CrossOf(c.d, loV, dHoldFrom, c.f.dMaxY);
     if (e1.bFound || e2.bFound)
     {
-        out.dHoldMargin = std::fabs(std::min(e1.dFirst, e2.dFirst) - dMaskRight);
+        out.dHoldMargin = std::fabs(std::min(e1.dLo, e2.dLo) - dMaskRight);
         out.dHoldHeight = c.d.m_dEyeSetupTime;
     }
 
     const double dSetupTo = c.sMin - c.req.tSetup;
-    const Cross f1 = CrossOf(c.d, hiV, c.f.dXLow, dSetupTo);
-    const Cross f2 = CrossOf(c.d, loV, c.f.dXLow, dSetupTo);
+    const LevelCross f1 = CrossOf(c.d, hiV, c.f.dXLow, dSetupTo);
+    const LevelCross f2 = CrossOf(c.d, loV, c.f.dXLow, dSetupTo);
     if (!f1.bFound && !f2.bFound)
         return;
-    out.dSetupMargin = std::fabs(dMaskLeft - std::max(f1.dLast, f2.dLast));
+    out.dSetupMargin = std::fabs(dMaskLeft - std::max(f1.dHi, f2.dHi));
     out.dSetupHeight = c.d.m_dEyeSetupTime;
 }
 
@@ -474,7 +426,7 @@ void plotvane::ReadCycleTimeMargin(const CChartPointDArray& d, const CChartPoint
     if (pDQSBar)
         FindReadStrobe(s, pDQSBar, sf, w, bNarrow, dOffset, sMin, sMax);
     else
-        s.GetCrossMinMaxXValue(dVref, w.dLo, w.dHi, kScaleX, kScaleY, sMin, sMax);
+        FindStrobe(s, nullptr, dVref, w.dLo, w.dHi, sMin, sMax);
 
     // Eye crossings around the strobe edge (left) and the next ones (right).
     const double dBand = (f.dMaxY - f.dMinY) / 10.0;
