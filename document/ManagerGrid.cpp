@@ -1,6 +1,7 @@
 // Grid spacing, axis units, the scale from logical units to displayed
 // numbers, and number text. Everything is computed from the extents and the
-// visible rectangle at the moment of the call; nothing is cached.
+// visible rectangle at the moment of the call (within a paint, the paint's
+// frame); nothing else is kept.
 #include <plotvane/document/Plotvane_Manager.h>
 
 #include <plotvane/foundation/Dec.h>
@@ -16,6 +17,13 @@ using plotvane::TruncToInt;
 
 namespace
 {
+
+// The view's visible logical rectangle: during a paint the one its layers
+// draw in, without asking GL again.
+CRectF VisibleRect(CPlotvane_Dlg& dlg)
+{
+    return dlg.GetGLChartView()->GetChartFrame().VisibleRect();
+}
 
 // The start of the interval search: a tenth of the decade below w, moved up
 // a decade while more than 50, and once more while more than 15 intervals
@@ -102,7 +110,7 @@ double CPlotvane_Manager::CalcGridIntervalX()
 {
     if (m_InputData.m_dMaxX - m_InputData.m_dMinX == 0.0)
         return 0.5;
-    const CRectF rc = m_ChartDlg.GetGLChartView()->GetViewRectLP();
+    const CRectF rc = VisibleRect(m_ChartDlg);
     const double d = DecadeInterval(double(rc.Right()) - double(rc.Left()));
     const int n = TruncToInt(double(rc.width) / d + 2.0);
     return n < 4 ? d * 0.25 : d;
@@ -113,7 +121,7 @@ double CPlotvane_Manager::CalcGridIntervalY()
 {
     if (m_InputData.m_dMaxY - m_InputData.m_dMinY == 0.0)
         return 0.5;
-    const CRectF rc = m_ChartDlg.GetGLChartView()->GetViewRectLP();
+    const CRectF rc = VisibleRect(m_ChartDlg);
     return DecadeInterval(double(rc.Top()) - double(rc.Bottom()));
 }
 
@@ -127,7 +135,7 @@ double CPlotvane_Manager::GetXGridInterval()
     double v = axis.GetGridInterval();
     if (v == 0.0)
         v = CalcGridIntervalX();
-    const CRectF rc = m_ChartDlg.GetGLChartView()->GetViewRectLP();
+    const CRectF rc = VisibleRect(m_ChartDlg);
     if (TruncToInt(double(rc.width) / v) > 30)
         v = CalcGridIntervalX();
     return v;
@@ -143,7 +151,7 @@ double CPlotvane_Manager::GetYGridInterval()
     double v = axis.GetGridInterval();
     if (v == 0.0)
         v = CalcGridIntervalY();
-    const CRectF rc = m_ChartDlg.GetGLChartView()->GetViewRectLP();
+    const CRectF rc = VisibleRect(m_ChartDlg);
     if (double(TruncToInt(double(rc.height) / v)) + 2.0 > 30.0)
         v = CalcGridIntervalY();
     return v;
@@ -161,7 +169,7 @@ double CPlotvane_Manager::GetYGridIntervalForText()
 
 double CPlotvane_Manager::GetXGridInitialIntervalForText()
 {
-    const CRectF rc = m_ChartDlg.GetGLChartView()->GetViewRectLP();
+    const CRectF rc = VisibleRect(m_ChartDlg);
     double d = DecadeInterval(double(rc.Right()) - double(rc.Left()));
     if (TruncToInt(double(rc.width) / d) < 4)
         d *= 0.25;
@@ -170,7 +178,7 @@ double CPlotvane_Manager::GetXGridInitialIntervalForText()
 
 double CPlotvane_Manager::GetYGridInitialIntervalForText()
 {
-    const CRectF rc = m_ChartDlg.GetGLChartView()->GetViewRectLP();
+    const CRectF rc = VisibleRect(m_ChartDlg);
     double d = DecadeInterval(double(rc.Top()) - double(rc.Bottom()));
     if (TruncToInt(double(rc.height) / d) < 4)
         d *= 0.25;
@@ -180,14 +188,14 @@ double CPlotvane_Manager::GetYGridInitialIntervalForText()
 int CPlotvane_Manager::GetXAxisTextCount()
 {
     const double dInterval = GetXGridInterval();
-    const CRectF rc = m_ChartDlg.GetGLChartView()->GetViewRectLP();
+    const CRectF rc = VisibleRect(m_ChartDlg);
     return TruncToInt(double(rc.width) / dInterval);
 }
 
 int CPlotvane_Manager::GetYAxisTextCount()
 {
     const double dInterval = GetYGridInterval();
-    const CRectF rc = m_ChartDlg.GetGLChartView()->GetViewRectLP();
+    const CRectF rc = VisibleRect(m_ChartDlg);
     return TruncToInt(double(rc.height) / dInterval);
 }
 
@@ -279,7 +287,7 @@ void CPlotvane_Manager::SetYUnitBase(int n)
 
 void CPlotvane_Manager::GetViewAreaLPPoint(CPointF& ptLeftBottom, CPointF& ptRightTop)
 {
-    const CRectF rc = m_ChartDlg.GetGLChartView()->GetViewRectLP();
+    const CRectF rc = VisibleRect(m_ChartDlg);
     const double sx = GetScaleX();
     const double sy = GetScaleY();
     ptLeftBottom = CPointF(float(rc.Left() * sx), float(rc.Bottom() * sy));

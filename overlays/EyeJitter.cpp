@@ -10,6 +10,7 @@
 #include <plotvane/foundation/StringEx.h>
 #include <plotvane/measure/ChartPointDArray.h>
 #include <plotvane/measure/ChartPointDArrayArray.h>
+#include <plotvane/measure/EyeCrossings.h>
 #include <plotvane/measure/EyeLinePairs.h>
 #include <plotvane/view/ChartViewUtil.h>
 #include <plotvane/view/GLTextBmp.h>
@@ -47,20 +48,18 @@ void TakeNamePrefix(const CString& strName, CString& strPrefix)
         strPrefix = tokens.GetAt(0);
 }
 
-// First and last crossing of a level in an X window; 0.0 when not found.
-struct Cross
+// The eye searches of EyeCrossings.h, with the view scales as their scale
+// factors.
+plotvane::SearchScale ViewScale()
 {
-    bool bFound;
-    double dLo;
-    double dHi;
-};
+    return {CPlotvane_InputData::m_dViewScaleX, CPlotvane_InputData::m_dViewScaleY};
+}
+
+using Cross = plotvane::LevelCross;
 
 Cross CrossOf(const CChartPointDArray& d, double dLevel, double dFrom, double dTo)
 {
-    Cross c{false, 0.0, 0.0};
-    c.bFound = d.GetCrossMinMaxXValue(dLevel, dFrom, dTo, CPlotvane_InputData::m_dViewScaleX,
-                                      CPlotvane_InputData::m_dViewScaleY, c.dLo, c.dHi) != 0;
-    return c;
+    return plotvane::CrossOf(d, dLevel, dFrom, dTo, ViewScale());
 }
 
 // Extents of the DQ eye, taken once.
@@ -115,29 +114,10 @@ double EyeLevel(const CPlotvane_Manager& m, const CChartPointDArray& d, const CC
 
 // A strobe with a phase follows the data's own first and last crossing.
 void FollowDataCrossings(const CChartPointDArray& d, const EyeExtent& x,
-                         const CChartPointDArray& s1, double dStrobeMinX, double V, double dQuarter,
-                         double& w0, double& w1)
+                         const CChartPointDArray& s1, double dStrobeMinX, double V, double& w0,
+                         double& w1)
 {
-    if (s1.m_nStrobePhase != 0 && s1.m_nStrobePhase != 1)
-        return;
-    const Cross c = CrossOf(d, V, x.xMin, x.xMax);
-    if (s1.m_nStrobePhase == 0)
-    {
-        w0 = c.bFound ? c.dLo + x.span / 10.0 : dStrobeMinX + s1.m_dPeriod * 0.5;
-        w1 = w0 + (c.bFound ? dQuarter : s1.m_dPeriod * 0.5);
-        return;
-    }
-    if (c.bFound)
-    {
-        const double q = (c.dHi - c.dLo) * 0.25;
-        w0 = c.dLo + x.span / 10.0 + q;
-        w1 = c.dHi - x.span / 10.0 - q;
-    }
-    else
-    {
-        w0 = dStrobeMinX + s1.m_dPeriod;
-        w1 = w0 + s1.m_dPeriod * 0.5;
-    }
+    plotvane::FollowDataCrossings(d, x.xMin, x.xMax, s1, dStrobeMinX, V, ViewScale(), w0, w1);
 }
 
 // Earliest and latest strobe crossing in [w0, w1]: DQS against DQS#, or DQS
@@ -145,17 +125,7 @@ void FollowDataCrossings(const CChartPointDArray& d, const EyeExtent& x,
 bool FindStrobeEdges(const CChartPointDArray& s1, const CChartPointDArray* s2, double V, double w0,
                      double w1, double& e1, double& e2)
 {
-    const double sx = CPlotvane_InputData::m_dViewScaleX;
-    const double sy = CPlotvane_InputData::m_dViewScaleY;
-    double a = 0.0;
-    double b = 0.0;
-    const int bFound = s2 ? s1.GetDataCrossMinMaxXValue(s2, w0, w1, sx, sy, a, b)
-                          : s1.GetCrossMinMaxXValue(V, w0, w1, sx, sy, a, b);
-    if (!bFound)
-        return false;
-    e1 = a;
-    e2 = b;
-    return true;
+    return plotvane::FindStrobeEdge(s1, s2, V, w0, w1, ViewScale(), e1, e2);
 }
 
 // One DQ eye against its strobe: what the setup/hold marks are built from.
@@ -235,19 +205,15 @@ struct MarkPainter
     CGLChartView& view;
     CPlotvane_Manager& m;
     double sx, sy;
-    double left, right, top, bottom, W, H;
+    double right, top, bottom, W, H;
+    // Where the level lines and strobe marks start: the plot frame's origin
+    // with its tenth taken in double.
+    CPointD origin;
 
-    explicit MarkPainter(CGLChartView& v)
-        : view(v), m(*v.m_pManager), sx(CPlotvane_InputData::m_dViewScaleX),
-          sy(CPlotvane_InputData::m_dViewScaleY)
+    MarkPainter(CGLChartView& v, const plotvane::ChartFrame& f)
+        : view(v), m(*v.m_pManager), sx(f.ViewScaleX()), sy(f.ViewScaleY()), right(f.Right()),
+          top(f.Top()), bottom(f.Bottom()), W(f.Width()), H(f.Height()), origin(f.OriginInDouble())
     {
-        const CRectF rc = v.GetViewRectLP();
-        left = rc.Left();
-        right = rc.Right();
-        top = rc.Top();
-        bottom = rc.Bottom();
-        W = rc.width;
-        H = rc.height;
     }
 
     // Truncated toward zero after the current number format.
@@ -279,7 +245,7 @@ struct MarkPainter
     void HorizontalMark(double y, DWORD color) const
     {
         SetGLColor(color);
-        view.DrawLine(left + W / 10, y, right, y);
+        view.DrawLine(origin.x, y, right, y);
     }
 };
 
@@ -560,7 +526,7 @@ void CGLChartView::DrawEyeDiagramJitterLine(int nDataIndex, double dPhase, int b
         w1 = w0 + x.span * 0.25;
         P = S * 0.25;
     }
-    FollowDataCrossings(dq, x, s1, sMinX, V, x.span * 0.25, w0, w1);
+    FollowDataCrossings(dq, x, s1, sMinX, V, w0, w1);
 
     EyeJob job{dq, s1, m_pDQSArray2, x, RequirementOf(dq, x, bMask), V, w0, w1, P};
     if (!job.Find(w0, w1))
@@ -571,7 +537,7 @@ void CGLChartView::DrawEyeDiagramJitterLine(int nDataIndex, double dPhase, int b
     if (m_pDQSArray2 != nullptr)
         job.HoldEdges(dPhase);
 
-    const MarkPainter painter(*this);
+    const MarkPainter painter(*this, GetChartFrame());
     painter.HorizontalMark(V * painter.sy, kRed);
     if (bMask)
         DrawMaskMarks(*this, painter, job, dq);
@@ -641,7 +607,7 @@ void CGLChartView::DrawEyeDiagramJitterLine_NoDelay(int nDataIndex, double dPhas
         w0 = sMinX + S / 20.0;
         w1 = w0 + Q;
     }
-    FollowDataCrossings(dq, x, s1, sMinX, V, Q, w0, w1);
+    FollowDataCrossings(dq, x, s1, sMinX, V, w0, w1);
 
     double e1 = 0.0;
     double e2 = 0.0;
@@ -650,8 +616,8 @@ void CGLChartView::DrawEyeDiagramJitterLine_NoDelay(int nDataIndex, double dPhas
     else
         FindStrobeEdges(s1, nullptr, V, w0, w1, e1, e2);
 
-    const MarkPainter p(*this);
-    const double yFrom = p.bottom + p.H / 10;
+    const MarkPainter p(*this, GetChartFrame());
+    const double yFrom = p.origin.y;
     p.VerticalMark(e1 * p.sx, yFrom, p.top, kRed);
     p.VerticalMark(e2 * p.sx, yFrom, p.top, kRed);
     DrawBox(e1 * p.sx, x.yMin * p.sy, e2 * p.sx, x.yMax * p.sy, kStrobeBox, "");
@@ -736,9 +702,11 @@ void CGLChartView::DrawWorstSkew()
     CString str;
     str.Format("%.1f ps", std::fabs(m.m_dCrosstalkX2 - m.m_dCrosstalkX1) * 1e12);
 
-    const CRectF rc = GetViewRectLP();
-    const float fLimitX = float(rc.Left() + rc.width / 10);
-    const float fLimitY = float(rc.Bottom() + rc.height / 10);
+    // The leaders start on the axes, at the plot frame's origin (a float
+    // widened, so the narrowing is exact).
+    const plotvane::ChartFrame f = GetChartFrame();
+    const float fLimitX = float(f.OriginX());
+    const float fLimitY = float(f.OriginY());
     const bool b1 = x1w > fLimitX && y1w > fLimitY;
     const bool b2 = x2w > fLimitX && y2w > fLimitY;
     // Leaders from the axes to each of the two points.
@@ -752,7 +720,7 @@ void CGLChartView::DrawWorstSkew()
         DrawLineData(x2w, fLimitY, x2w, y2w, m_dLineWidth, kBlue);
 
     glLineWidth(1.0f);
-    const double y = rc.Bottom() + rc.height * 0.125;
+    const double y = f.Bottom() + f.Height() * 0.125;
     DrawHorizontalArrowLine(x1w, y, x2w, y, kRed, 1, 1);
     SetGLColor(kRed);
     m_pFontMeasure->PrintText(str, CPointD(x2w + (x2w - x1w) / 20.0, y), nullptr);
@@ -769,7 +737,7 @@ void CGLChartView::DrawCrosstalkJitter()
     const double y = m.m_dCrosstalkY1 * 1e-3;
     CString str;
     str.Format("%.1f ps", std::fabs(x1 - x2) * 1e12);
-    glColor3ub(0xA2, 0x92, 0xED);
+    plotvane::SetGLColor(0xED92A2);
     m_pFontMeasure->PrintText(str, CPointD((x1 + x2) * 0.5 * 21 / 20 * sx, y * 21 / 20 * sy),
                               nullptr);
     glLineWidth(1.0f);

@@ -148,7 +148,7 @@ void CGLChartView::DrawBoxSolid(double x1, double y1, double x2, double y2, DWOR
         return;
     const CString text = strLabel + m_pManager->GetDisplayNumberByFormatType(
                                         std::fabs(x2 - x1) * m_pManager->GetScaleX());
-    glColor3ub(0, 0, 0);
+    plotvane::SetGLColor(0x000000);
     m_pFontMeasure->PrintText(text, CPointD((x1 + x2) * 0.5, (y1 + y2) * 0.5), nullptr);
 }
 
@@ -164,8 +164,9 @@ void CGLChartView::DrawHorizontalArrowLine(double x1, double y1, double x2, doub
     const double dx = x2 - x1;
     const double dy = y2 - y1;
     const double dLength = double(float(std::sqrt(dx * dx + dy * dy)));
-    const double W = GetViewWidth();
-    const double H = GetViewHeight();
+    const plotvane::ChartFrame f = GetChartFrame();
+    const double W = f.Width();
+    const double H = f.Height();
     const double dHead = std::min(W / 40.0, dLength * 0.125);
     const double k = m_pManager->GetScaleX() / m_pManager->GetScaleY();
     const double dHalf = dHead * 0.5 * k / ((W / H) * k);
@@ -227,7 +228,7 @@ void CGLChartView::DisplayMeasureInfo()
     }
     const double dPeak = std::fabs(dMax - dMin);
     CString str;
-    if (m_pManager->m_bUseMagnitude && m_pManager->m_nMagnitudeScale == 1)
+    if (GetChartFrame().IsLogY())
         str.Format("MinY:%s, MaxY:%s, Peak-Peak:%s",
                    (const char*)m_pManager->GetDisplayNumberByFormatType(dMin),
                    (const char*)m_pManager->GetDisplayNumberByFormatType(dMax),
@@ -241,8 +242,10 @@ void CGLChartView::DisplayAutoMeasureMarks()
 {
     if (!m_pManager->m_bDisplayAutoMeasureMarks)
         return;
-    const double sx = CPlotvane_InputData::m_dViewScaleX;
-    const double sy = CPlotvane_InputData::m_dViewScaleY;
+    // Linear on both axes, whatever the frame's axes are.
+    const plotvane::ChartFrame f = GetChartFrame();
+    const double sx = f.ViewScaleX();
+    const double sy = f.ViewScaleY();
     const CArrayPointD& marks = m_pManager->m_arrAutoMeasureMarks;
     const CPointD* pts = marks.GetData();
     glPushMatrix();

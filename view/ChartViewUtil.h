@@ -2,6 +2,7 @@
 #pragma once
 
 #include <plotvane/foundation/Types.h>
+#include <plotvane/view/ChartText.h>
 
 #include <GL/gl.h>
 
@@ -25,6 +26,7 @@ inline int TruncToInt(double v)
 // A colour word, red in the low byte.
 inline void SetGLColor(DWORD color)
 {
+    LastGLColor() = color;
     glColor3ub(GLubyte(color & 0xFF), GLubyte((color >> 8) & 0xFF), GLubyte((color >> 16) & 0xFF));
 }
 

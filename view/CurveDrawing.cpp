@@ -20,18 +20,6 @@ using plotvane::SetGLColor;
 namespace
 {
 
-// The plot frame's left and bottom edges, with the top and the view's width
-// that serve as second points of the edge lines.
-struct PlotFrame
-{
-    explicit PlotFrame(const CRectF& rc)
-        : L(rc.Left() + rc.width / 10.0f), B(rc.Bottom() + rc.height / 10.0f), top(rc.Top()),
-          W(rc.width)
-    {
-    }
-    double L, B, top, W;
-};
-
 void CrossEdge(double x1, double y1, double x2, double y2, const CMLine& edge, double& x, double& y)
 {
     const CPointD p = CMLine(CPointD(x1, y1), CPointD(x2, y2)).GetIntersectionPtWith(edge);
@@ -39,20 +27,24 @@ void CrossEdge(double x1, double y1, double x2, double y2, const CMLine& edge, d
     y = p.y;
 }
 
-// Cuts the segment at L, then at B, moving an end along the segment's line.
-// The second end is never left of L: callers pass x1 <= x2, and a segment
-// wholly left of L is dropped. Answers false when nothing is left to draw.
-bool ClipSegment(const PlotFrame& f, double& x1, double& y1, double& x2, double& y2)
+// Cuts the segment at the plot frame's left edge L, then at its bottom edge
+// B, moving an end along the segment's line. The second end is never left
+// of L: callers pass x1 <= x2, and a segment wholly left of L is dropped.
+// Answers false when nothing is left to draw.
+bool ClipSegment(const plotvane::ChartFrame& f, double& x1, double& y1, double& x2, double& y2)
 {
-    if ((x1 < f.L && x2 < f.L) || (y1 < f.B && y2 < f.B))
+    const double L = f.OriginX();
+    const double B = f.OriginY();
+    if ((x1 < L && x2 < L) || (y1 < B && y2 < B))
         return false;
-    if (x1 < f.L)
-        CrossEdge(x1, y1, x2, y2, CMLine(CPointD(f.L, f.B), CPointD(f.L, f.top)), x1, y1);
-    // The bottom edge is horizontal whatever its second X; W serves.
-    if (y1 < f.B)
-        CrossEdge(x1, y1, x2, y2, CMLine(CPointD(f.L, f.B), CPointD(f.W, f.B)), x1, y1);
-    if (y2 < f.B)
-        CrossEdge(x1, y1, x2, y2, CMLine(CPointD(f.L, f.B), CPointD(f.W, f.B)), x2, y2);
+    if (x1 < L)
+        CrossEdge(x1, y1, x2, y2, CMLine(CPointD(L, B), CPointD(L, f.Top())), x1, y1);
+    // The bottom edge is horizontal whatever its second X; the view's width
+    // serves.
+    if (y1 < B)
+        CrossEdge(x1, y1, x2, y2, CMLine(CPointD(L, B), CPointD(f.Width(), B)), x1, y1);
+    if (y2 < B)
+        CrossEdge(x1, y1, x2, y2, CMLine(CPointD(L, B), CPointD(f.Width(), B)), x2, y2);
     return true;
 }
 
@@ -96,14 +88,9 @@ private:
     std::vector<float> m_vertices;
 };
 
-bool IsLogY(const CPlotvane_Manager& m)
-{
-    return m.m_bUseMagnitude && m.m_nMagnitudeScale == 1;
-}
-
 } // namespace
 
-CChartPointDArray* CGLChartView::BeginCurve(int index)
+CChartPointDArray* CGLChartView::BeginCurve(int index, const plotvane::ChartFrame& f)
 {
     CPlotvane_InputData& data = m_pManager->m_InputData;
     // An index that names no data set draws nothing; the draw set may hold
@@ -115,7 +102,7 @@ CChartPointDArray* CGLChartView::BeginCurve(int index)
         return nullptr;
     // log10(0) has no place on a logarithmic or decibel axis: such a curve
     // is not drawn at all.
-    if ((IsLogY(*m_pManager) || m_bDecibelAxis) && p->IsExistZeroValueY())
+    if ((f.IsLogY() || m_bDecibelAxis) && p->IsExistZeroValueY())
         return nullptr;
     SetGLColor(p->m_Color);
     return p;
@@ -124,16 +111,16 @@ CChartPointDArray* CGLChartView::BeginCurve(int index)
 void CGLChartView::DrawGraphLine(int index)
 {
     m_nDrawMaxPulsePeriod = 0;
-    const CChartPointDArray* p = BeginCurve(index);
+    const plotvane::ChartFrame f = GetChartFrame();
+    const CChartPointDArray* p = BeginCurve(index, f);
     if (p == nullptr)
         return;
     glLineWidth(GLfloat(p->m_bHighlight ? m_dPointSize : p->m_dLineWidth));
 
-    const PlotFrame frame(GetViewRectLP());
-    const bool bLogY = IsLogY(*m_pManager);
     const bool bClipNegativeX = p->m_bClipNegativeX != 0;
-    const double sx = CPlotvane_InputData::m_dViewScaleX;
-    const double sy = CPlotvane_InputData::m_dViewScaleY;
+    // X is linear here whatever the frame says: DrawChart_Log draws the
+    // logarithmic form.
+    const double sx = f.ViewScaleX();
     const CChartPointD* const* pts = p->GetData();
     const INT_PTR n = p->GetSize();
     {
@@ -144,8 +131,8 @@ void CGLChartView::DrawGraphLine(int index)
             const CChartPointD& b = *pts[i + 1];
             double x1 = a.X * sx;
             double x2 = b.X * sx;
-            double y1 = bLogY ? double(log10f(float(a.Y))) : a.Y * sy;
-            double y2 = bLogY ? double(log10f(float(b.Y))) : b.Y * sy;
+            double y1 = f.DataToLogicalY(a.Y);
+            double y2 = f.DataToLogicalY(b.Y);
             if (bClipNegativeX && x1 < 0.0)
             {
                 if (x2 < 0.0)
@@ -156,7 +143,7 @@ void CGLChartView::DrawGraphLine(int index)
             // waveform, never shown.
             if (x1 > x2)
                 continue;
-            if (ClipSegment(frame, x1, y1, x2, y2))
+            if (ClipSegment(f, x1, y1, x2, y2))
                 batch.Add(x1, y1, x2, y2);
         }
     }
@@ -166,15 +153,13 @@ void CGLChartView::DrawGraphLine(int index)
 // Unlike the linear form, the width is the view's and is left set.
 void CGLChartView::DrawGraphLine_Log(int index)
 {
-    const CChartPointDArray* p = BeginCurve(index);
+    const plotvane::ChartFrame f = GetChartFrame();
+    const CChartPointDArray* p = BeginCurve(index, f);
     if (p == nullptr)
         return;
     glLineWidth(GLfloat(p->m_bHighlight ? m_dPointSize : m_dLineWidth));
 
     const CPlotvane_InputData& data = m_pManager->m_InputData;
-    const PlotFrame frame(GetViewRectLP());
-    const bool bLogY = IsLogY(*m_pManager);
-    const double sy = CPlotvane_InputData::m_dViewScaleY;
     const CChartPointD* const* pts = p->GetData();
     SegmentBatch batch;
     for (int i = 0; i + 1 < data.GetDataSize(index); ++i)
@@ -190,13 +175,13 @@ void CGLChartView::DrawGraphLine_Log(int index)
             ya += (yb - ya) * (1.0 - xa) / (xb - xa);
             xa = 1.0;
         }
-        double x1 = log10f(float(xa));
-        double x2 = log10f(float(xb));
-        double y1 = bLogY ? double(log10f(float(ya))) : ya * sy;
-        double y2 = bLogY ? double(log10f(float(yb))) : yb * sy;
+        double x1 = plotvane::ChartFrame::LogAxisValue(xa);
+        double x2 = plotvane::ChartFrame::LogAxisValue(xb);
+        double y1 = f.DataToLogicalY(ya);
+        double y2 = f.DataToLogicalY(yb);
         if (x1 > x2)
             continue;
-        if (ClipSegment(frame, x1, y1, x2, y2))
+        if (ClipSegment(f, x1, y1, x2, y2))
             batch.Add(x1, y1, x2, y2);
     }
 }
@@ -220,7 +205,7 @@ void CGLChartView::DrawLineClipping(double x1, double y1, double x2, double y2)
         if (x1 < 0.0)
             x1 = 0.0;
     }
-    if (ClipSegment(PlotFrame(GetViewRectLP()), x1, y1, x2, y2))
+    if (ClipSegment(GetChartFrame(), x1, y1, x2, y2))
         DrawLine(x1, y1, x2, y2);
 }
 

@@ -25,6 +25,8 @@ CGLChartView::CGLChartView()
       m_pCurrentLine(new CChartLineData), m_pLastXClippingLine(nullptr),
       m_pLastYClippingLine(nullptr), m_nGridMode(0), m_bDecibelAxis(0)
 {
+    for (CGLTextBmp* pFont : {m_pFontMeasure, m_pFontDefault, m_pFontTextData, m_pFontXY})
+        pFont->SetTextSink(this);
     // The font is at 12 already, so this changes nothing.
     SetTextDataFontSize(12);
 }
@@ -77,6 +79,7 @@ void CGLChartView::ReplaceFont(CGLTextBmp*& pFont, int nSize)
     delete pFont;
     pFont = new CGLTextBmp;
     pFont->m_nFontSize = nSize;
+    pFont->SetTextSink(this);
     if (m_hRC != nullptr)
     {
         CClientDC dc(this);
@@ -173,18 +176,17 @@ void CGLChartView::SetViewAreaByPoint(CPointF p1, CPointF p2)
 
 CPointD CGLChartView::GetOriginPoint()
 {
-    const CRectF rc = GetViewRectLP();
-    return CPointD(rc.Left() + rc.width / 10.0f, rc.Bottom() + rc.height / 10.0f);
+    return GetChartFrame().Origin();
 }
 
 double CGLChartView::GetViewWidth()
 {
-    return double(GetViewRectLP().width);
+    return GetChartFrame().Width();
 }
 
 double CGLChartView::GetViewHeight()
 {
-    return double(GetViewRectLP().height);
+    return GetChartFrame().Height();
 }
 
 void CGLChartView::GetCurrentViewLeftTopPoint(double& x, double& y)
@@ -223,6 +225,35 @@ double CGLChartView::GetTextLPWidth(CRectF& /*rc*/, int nPixels)
 
 // ---------------------------------------------------------------------------
 // Frame
+
+plotvane::ChartFrame CGLChartView::GetChartFrame()
+{
+    return m_bFramePinned ? m_frame : MakeChartFrame();
+}
+
+// The rectangle comes from GetViewRectLP itself, so that it is the one every
+// layer has always read; the matrices are read beside it for the pixel maps.
+plotvane::ChartFrame CGLChartView::MakeChartFrame()
+{
+    plotvane::ChartFrame::Source src;
+    src.rcVisible = GetViewRectLP();
+    CRect rc;
+    GetClientRect(&rc);
+    src.nClientWidth = rc.Width();
+    src.nClientHeight = rc.Height();
+    glGetDoublev(GL_MODELVIEW_MATRIX, src.modelview);
+    glGetDoublev(GL_PROJECTION_MATRIX, src.projection);
+    glGetIntegerv(GL_VIEWPORT, src.viewport);
+    // A view not yet given its manager still has a rectangle to measure.
+    if (const CPlotvane_Manager* m = m_pManager)
+    {
+        src.bLogX = m->m_nFrequencyScale == 1;
+        src.bLogY = m->m_bUseMagnitude && m->m_nMagnitudeScale == 1;
+    }
+    src.dViewScaleX = CPlotvane_InputData::m_dViewScaleX;
+    src.dViewScaleY = CPlotvane_InputData::m_dViewScaleY;
+    return plotvane::ChartFrame(src);
+}
 
 int CGLChartView::OnCreate(LPCREATESTRUCT lpCreateStruct)
 {
@@ -290,11 +321,23 @@ void CGLChartView::RenderScene()
     ApplyViewZoom();
     glInitNames();
 
-    if (m_pManager->m_nFrequencyScale == 1)
+    // Nothing below moves the projection, so one frame serves every layer.
+    // The pin is undone however the paint ends.
+    m_frame = MakeChartFrame();
+    struct Pin
+    {
+        int& bPinned;
+        const int bBefore;
+        ~Pin() { bPinned = bBefore; }
+    } pin{m_bFramePinned, m_bFramePinned};
+    m_bFramePinned = 1;
+
+    if (m_frame.IsLogX())
         DrawChart_Log();
     else
         DrawChart();
 
+    TextLayerScope layer(*this, plotvane::ChartTextLayer::Annotation);
     DrawSelectNodeNames();
     DrawTextDB();
     DrawLineDB();
@@ -316,16 +359,23 @@ void CGLChartView::DrawChart()
         glPopName();
     }
     DrawAxisLine();
-    DrawXClippingLine();
-    DrawYClippingLine();
-    DrawClippingBox();
-    DrawCrossLine();
+    {
+        TextLayerScope layer(*this, plotvane::ChartTextLayer::Cursor);
+        DrawXClippingLine();
+        DrawYClippingLine();
+        DrawClippingBox();
+        DrawCrossLine();
+    }
     DrawGridLine();
+    TextLayerScope layer(*this, plotvane::ChartTextLayer::Overlay);
     DrawEyeMask();
     if (IsInDQSNet())
         DrawEyeDiagramJitter();
     if (glIsList(m_nDisplayList))
+    {
         glCallList(m_nDisplayList);
+        ReportListTexts();
+    }
 
     if (m.m_bShowWorstSkew)
         DrawWorstSkew();
@@ -359,10 +409,14 @@ void CGLChartView::DrawChart_Log()
         glPopName();
     }
     DrawAxisLine();
-    DrawXClippingLine();
-    DrawYClippingLine();
-    DrawCrossLine_Log();
+    {
+        TextLayerScope layer(*this, plotvane::ChartTextLayer::Cursor);
+        DrawXClippingLine();
+        DrawYClippingLine();
+        DrawCrossLine_Log();
+    }
     DrawGridLine_Log();
+    TextLayerScope layer(*this, plotvane::ChartTextLayer::Overlay);
     DisplayMeasureInfo();
     if (m_pManager->m_bTargetImpedance)
         DrawTargetImpedance_Log();
@@ -377,6 +431,9 @@ void CGLChartView::MakeDisplayList()
     MakeCurrent();
     DeleteDisplayList();
     m_nDisplayList = glGenLists(1);
+    m_listTexts.clear();
+    m_bCompilingList = 1;
+    TextLayerScope layer(*this, plotvane::ChartTextLayer::Overlay);
     glNewList(m_nDisplayList, GL_COMPILE);
     switch (m_pManager->m_nMeasureType)
     {
@@ -401,6 +458,7 @@ void CGLChartView::MakeDisplayList()
         break;
     }
     glEndList();
+    m_bCompilingList = 0;
     EndWaitCursor();
 }
 
@@ -408,4 +466,30 @@ void CGLChartView::DeleteDisplayList()
 {
     if (glIsList(m_nDisplayList))
         glDeleteLists(m_nDisplayList, 1);
+}
+
+// ---------------------------------------------------------------------------
+// Text hook
+
+void CGLChartView::OnText(const CString& text, const CPointD& position)
+{
+    if (!m_textHook && !m_bCompilingList)
+        return;
+    plotvane::ChartText t;
+    t.strText = text;
+    t.ptLogical = position;
+    t.crColor = plotvane::LastGLColor();
+    t.layer = m_textLayer;
+    if (m_bCompilingList)
+        m_listTexts.push_back(std::move(t));
+    else
+        m_textHook(t);
+}
+
+void CGLChartView::ReportListTexts()
+{
+    if (!m_textHook)
+        return;
+    for (const plotvane::ChartText& t : m_listTexts)
+        m_textHook(t);
 }

@@ -8,13 +8,48 @@
 // Coordinates: data values times the store's view scale (or log10 on a
 // logarithmic axis) are the logical units that OpenGL sees. The plot frame's
 // origin lies a tenth of the visible width and height in from the left and
-// bottom edges; that margin holds the value texts.
+// bottom edges; that margin holds the value texts. RenderScene takes that
+// geometry once per paint as a plotvane::ChartFrame (GetChartFrame), and
+// every layer of the paint reads it from there.
+//
+// The members are spread over several sources by family:
+//   GLChartView.cpp                frame: construction, appearance, fonts,
+//                                  view area, paint, RenderScene, DrawChart,
+//                                  the display list, GetChartFrame
+//   ChartFrame.cpp                 the frame value itself
+//   ChartText.cpp                  the text hook's types (SetTextHook is in
+//                                  GLChartView.cpp)
+//   GridAxes.cpp                   grid and axes: axis lines and names, grid,
+//                                  value texts, unit text
+//   CurveDrawing.cpp               curves: DrawGraphLine, the clipper,
+//                                  DrawLine, DrawLineData
+//   overlays/OverlayPrimitives.cpp overlay primitives: boxes, arrows, the
+//                                  status summary, automatic marks
+//   overlays/EyeJitter.cpp         eye jitter: strobe lookup, setup/hold and
+//                                  tDQSQ/tQH marks, worst skew, crosstalk
+//                                  jitter
+//   ChartLayerStubs.cpp            layers still empty; each body moves out to
+//                                  its family's source when written:
+//     Cursors.cpp                  clipping lines and boxes, cross lines
+//     ViewInput.cpp                mouse, keyboard, click zoom and wheel
+//     Annotations.cpp              node names, free texts and lines
+//     overlays/EyeMask.cpp         eye mask and bathtub
+//     overlays/OverUnderShoot.cpp  overshoot, undershoot and their areas
+//     overlays/DifferentialLevels.cpp  VIX and VID
+//     overlays/TargetImpedance.cpp target impedance, linear and log
+//     overlays/FlightCrosstalk.cpp flight time, NEXT/FEXT points, TDR
+//                                  impedance, DFE frequency marks
 #pragma once
 
 #include <plotvane/foundation/MFCString.h>
 #include <plotvane/foundation/Types.h>
 #include <plotvane/foundation/ValueTypes.h>
+#include <plotvane/view/ChartFrame.h>
+#include <plotvane/view/ChartText.h>
 #include <plotvane/view/GLWnd.h>
+
+#include <utility>
+#include <vector>
 
 class CPlotvane_Manager;
 class CPlotvane_Dlg;
@@ -27,7 +62,7 @@ class CChartTextDataArray;
 class CChartLineData;
 class CChartLineDataArray;
 
-class CGLChartView : public CGLWnd
+class CGLChartView : public CGLWnd, private plotvane::TextSink
 {
 public:
     // Creates the four fonts and the annotation collections; no window yet.
@@ -88,7 +123,11 @@ public:
     double GetTextLPWidth(CRectF& rc, int nPixels);
     void AllChangeLineWidth(double d);
 
-    // ---- frame
+    // ---- frame (GLChartView.cpp)
+    // The frame of the paint in progress. Outside a paint (a layer called on
+    // its own, a host asking) it is taken anew from the current projection
+    // and the manager's axes, as a paint would take it.
+    plotvane::ChartFrame GetChartFrame();
     void MakeDisplayList();
     void DeleteDisplayList();
     void DrawChart();
@@ -96,7 +135,7 @@ public:
     void FitCurViewAreaWithWindow() override;
     void RenderScene() override;
 
-    // ---- grid and axes
+    // ---- grid and axes (GridAxes.cpp)
     void DrawAxisLine();
     void DrawAxisName();
     void DrawGridLine();
@@ -112,14 +151,14 @@ public:
     CString GetXAxisDisplayString();
     CString GetYAxisDisplayString();
 
-    // ---- curves
+    // ---- curves (CurveDrawing.cpp)
     void DrawGraphLine(int index);
     void DrawGraphLine_Log(int index);
     void DrawLine(double x1, double y1, double x2, double y2);
     void DrawLineClipping(double x1, double y1, double x2, double y2);
     void DrawLineData(double x1, double y1, double x2, double y2, double width, DWORD color);
 
-    // ---- overlay primitives, in logical coordinates
+    // ---- overlay primitives, in logical coordinates (overlays/OverlayPrimitives.cpp)
     // Stippled rectangle in front of the curves; a label gets the box's
     // displayed width appended and stands at its centre.
     void DrawBox(double x1, double y1, double x2, double y2, DWORD color, CString strLabel);
@@ -131,12 +170,19 @@ public:
     void DrawVerticalArrowLine(double x1, double y1, double x2, double y2, DWORD color,
                                int bHeadAtStart, int bHeadAtEnd);
 
-    // ---- eye jitter
+    // ---- eye jitter (overlays/EyeJitter.cpp)
     // Finds the strobe (and its complement) whose name shares the DQ name's
     // first "_" token.
     void SetDQSChartPointArray(CString strName);
     void DrawEyeDiagramJitterLine(int nDataIndex, double dPhase, int bStrobeShown);
     void DrawEyeDiagramJitterLine_NoDelay(int nDataIndex, double dPhase);
+
+    // ---- text hook
+    // Every text a paint draws goes to the hook, with its layer and colour,
+    // in drawing order. The overlay kept in the display list reports the
+    // texts it drew when the list was built, each time the list is called.
+    // An empty hook turns it off.
+    void SetTextHook(plotvane::ChartTextHook hook) { m_textHook = std::move(hook); }
 
     // ---- handlers
     int OnCreate(LPCREATESTRUCT lpCreateStruct) override;
@@ -215,14 +261,47 @@ protected:
     void DrawCurrentTextData();
     void DrawCurrentLineData();
 
+    // Tags the texts printed while it lives with a layer.
+    class TextLayerScope
+    {
+    public:
+        TextLayerScope(CGLChartView& view, plotvane::ChartTextLayer layer)
+            : m_view(view), m_before(view.m_textLayer)
+        {
+            view.m_textLayer = layer;
+        }
+        ~TextLayerScope() { m_view.m_textLayer = m_before; }
+        TextLayerScope(const TextLayerScope&) = delete;
+        TextLayerScope& operator=(const TextLayerScope&) = delete;
+
+    private:
+        CGLChartView& m_view;
+        plotvane::ChartTextLayer m_before;
+    };
+
 private:
+    void OnText(const CString& text, const CPointD& position) override;
+    // Hands the texts of the display list to the hook, as if drawn now.
+    void ReportListTexts();
+    plotvane::ChartFrame MakeChartFrame();
     // Replaces *ppFont with a new font of that size, built in this window's
     // context when there is one.
     void ReplaceFont(CGLTextBmp*& pFont, int nSize);
     // The data set that DrawGraphLine and DrawGraphLine_Log may draw, with
     // its colour set; null when it draws nothing.
-    CChartPointDArray* BeginCurve(int index);
+    CChartPointDArray* BeginCurve(int index, const plotvane::ChartFrame& f);
     // The horizontal and vertical grid line of the current grid look.
     void DrawGridHLine(double y, double ox, double tx, double right) const;
     void DrawGridVLine(double x, double oy, double ty, double top) const;
+
+    // The frame of the paint in progress, valid while m_bFramePinned is set.
+    plotvane::ChartFrame m_frame;
+    int m_bFramePinned = 0;
+
+    plotvane::ChartTextHook m_textHook;
+    plotvane::ChartTextLayer m_textLayer = plotvane::ChartTextLayer::Other;
+    // Texts of the display list, kept while it compiles: replaying a list
+    // runs no code that could report them.
+    int m_bCompilingList = 0;
+    std::vector<plotvane::ChartText> m_listTexts;
 };

@@ -324,6 +324,8 @@ void CGLTextBmp::BuildFont(HDC /*hdc*/)
 
 void CGLTextBmp::PrintText(const CString& text, const CPointD& position, HDC hdc)
 {
+    if (m_pTextSink != nullptr)
+        m_pTextSink->OnText(text, position);
     if (!HasNonAscii(text) || hdc == nullptr)
     {
         // A font never built has no lists: it draws nothing.

@@ -8,6 +8,7 @@
 #include <plotvane/foundation/MFCString.h>
 #include <plotvane/foundation/ValueTypes.h>
 #include <plotvane/platform/WinTypes.h>
+#include <plotvane/view/ChartText.h>
 
 class CGLTextBmp
 {
@@ -27,6 +28,9 @@ public:
     // character, each built, called and deleted.
     void PrintText(const CString& text, const CPointD& position, HDC hdc);
 
+    // Told of every text this font prints; null for none.
+    void SetTextSink(plotvane::TextSink* pSink) { m_pTextSink = pSink; }
+
     // First of the 128 lists; 0 while no font is built.
     DWORD m_nListBase;
     CString m_strFaceName;
@@ -37,4 +41,5 @@ private:
     void DeleteLists();
 
     HGLRC m_hListContext = nullptr;
+    plotvane::TextSink* m_pTextSink = nullptr;
 };

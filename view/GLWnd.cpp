@@ -3,6 +3,7 @@
 #include <plotvane/foundation/TLUtility.h>
 #include <plotvane/platform/Backend.h>
 #include <plotvane/platform/WinApi.h>
+#include <plotvane/view/ChartViewUtil.h>
 
 #include <GL/gl.h>
 #include <GL/glu.h>
@@ -88,11 +89,6 @@ int ScoreFormat(const PIXELFORMATDESCRIPTOR& w, const PIXELFORMATDESCRIPTOR& c, 
             score |= 1 << 28;
     }
     return score;
-}
-
-void SetColor(DWORD color)
-{
-    glColor3ub(GLubyte(color), GLubyte(color >> 8), GLubyte(color >> 16));
 }
 
 } // namespace
@@ -356,7 +352,7 @@ void CGLWnd::OffsetViewArea(float dx, float dy)
 void CGLWnd::DrawHorizontalViewLine(double y, DWORD color)
 {
     const CRectF rc = GetViewRectLP();
-    SetColor(color);
+    plotvane::SetGLColor(color);
     glBegin(GL_LINES);
     glVertex2d(rc.Left(), y);
     glVertex2d(rc.Right(), y);
@@ -366,7 +362,7 @@ void CGLWnd::DrawHorizontalViewLine(double y, DWORD color)
 void CGLWnd::DrawVerticalViewLine(double x, DWORD color)
 {
     const CRectF rc = GetViewRectLP();
-    SetColor(color);
+    plotvane::SetGLColor(color);
     glBegin(GL_LINES);
     glVertex2d(x, rc.Bottom());
     glVertex2d(x, rc.Top());

@@ -19,24 +19,6 @@ using plotvane::TruncToInt;
 namespace
 {
 
-// The visible rectangle with its sizes widened to double.
-struct ViewFrame
-{
-    explicit ViewFrame(const CRectF& rc)
-        : left(rc.Left()), right(rc.Right()), top(rc.Top()), bottom(rc.Bottom()), W(rc.width),
-          H(rc.height), ox(rc.Left() + rc.width / 10.0f), oy(rc.Bottom() + rc.height / 10.0f)
-    {
-    }
-    double left, right, top, bottom, W, H;
-    // The plot frame's origin, divided in float as the curves' clipper has it.
-    double ox, oy;
-};
-
-bool IsLogY(const CPlotvane_Manager& m)
-{
-    return m.m_bUseMagnitude && m.m_nMagnitudeScale == 1;
-}
-
 void Segment(double x1, double y1, double x2, double y2)
 {
     glBegin(GL_LINES);
@@ -55,14 +37,14 @@ constexpr GLushort kGridStipple = 257;
 
 void CGLChartView::DrawAxisLine()
 {
-    const ViewFrame f(GetViewRectLP());
+    const plotvane::ChartFrame f = GetChartFrame();
     glLineWidth(GLfloat(m_dAxisLineWidth));
     SetGLColor(m_crAxis);
     glBegin(GL_LINES);
-    glVertex2d(f.ox, f.oy);
-    glVertex2d(f.right, f.oy);
-    glVertex2d(f.ox, f.oy);
-    glVertex2d(f.ox, f.top);
+    glVertex2d(f.OriginX(), f.OriginY());
+    glVertex2d(f.Right(), f.OriginY());
+    glVertex2d(f.OriginX(), f.OriginY());
+    glVertex2d(f.OriginX(), f.Top());
     glEnd();
     glLineWidth(1.0f);
     DrawAxisName();
@@ -70,11 +52,14 @@ void CGLChartView::DrawAxisLine()
 
 void CGLChartView::DrawAxisName()
 {
-    const ViewFrame f(GetViewRectLP());
+    TextLayerScope layer(*this, plotvane::ChartTextLayer::AxisName);
+    const plotvane::ChartFrame f = GetChartFrame();
     SetGLColor(m_crLabel);
-    m_pFontXY->PrintText(GetXAxisDisplayString(), CPointD(f.right - f.W * 0.5, f.bottom + f.H / 50),
+    m_pFontXY->PrintText(GetXAxisDisplayString(),
+                         CPointD(f.Right() - f.Width() * 0.5, f.Bottom() + f.Height() / 50),
                          nullptr);
-    m_pFontXY->PrintText(GetYAxisDisplayString(), CPointD(f.left, f.top - f.H / 30), nullptr);
+    m_pFontXY->PrintText(GetYAxisDisplayString(), CPointD(f.Left(), f.Top() - f.Height() / 30),
+                         nullptr);
 }
 
 // A unit word of the attribute wins; without one the prefix of the data's
@@ -288,11 +273,13 @@ void CGLChartView::DrawGrid(double dx, double dy, DWORD color, int bLines) const
     glPointSize(1.0f);
     SetGLColor(color);
 
-    const ViewFrame f(self.GetViewRectLP());
-    const int ny = TruncToInt(f.H / dy + 2.0);
-    const int nx = TruncToInt(f.W / dx + 2.0);
-    const double sx = f.left - std::fmod(f.left, dx);
-    const double sy = f.bottom - std::fmod(f.bottom, dy);
+    const plotvane::ChartFrame f = self.GetChartFrame();
+    const double ox = f.OriginX();
+    const double oy = f.OriginY();
+    const int ny = TruncToInt(f.Height() / dy + 2.0);
+    const int nx = TruncToInt(f.Width() / dx + 2.0);
+    const double sx = f.Left() - std::fmod(f.Left(), dx);
+    const double sy = f.Bottom() - std::fmod(f.Bottom(), dy);
 
     if (!bLines)
     {
@@ -307,23 +294,22 @@ void CGLChartView::DrawGrid(double dx, double dy, DWORD color, int bLines) const
     }
 
     // Tick length: 10 pixels in logical units.
-    CRect rcClient;
-    GetClientRect(&rcClient);
-    const CRectF rcClientLP = self.ClientRectToView(rcClient);
-    const double tx = double(rcClientLP.width) / rcClient.Width() * 10.0;
-    const double ty = double(rcClientLP.height) / rcClient.Height() * 10.0;
+    const double tx = f.LogicalPerPixelX() * 10.0;
+    const double ty = f.LogicalPerPixelY() * 10.0;
 
-    const bool bLogY = m_pManager->m_nMagnitudeScale == 1 && m_pManager->m_bUseMagnitude == 1;
-    const bool bLogX = m_pManager->m_nFrequencyScale == 1;
+    // Minor decade lines on Y want the magnitude flag at exactly 1, where
+    // the axis itself is logarithmic for any nonzero flag.
+    const bool bLogY = f.IsLogY() && m_pManager->m_bUseMagnitude == 1;
+    const bool bLogX = f.IsLogX();
     for (int i = 0; i < ny; ++i)
     {
         for (int j = 0; j < nx; ++j)
         {
             const double x = j * dx + sx;
             const double y = i * dy + sy;
-            if (!(y > f.oy))
+            if (!(y > oy))
                 continue;
-            DrawGridHLine(y, f.ox, tx, f.right);
+            DrawGridHLine(y, ox, tx, f.Right());
             // Minor lines fill the decade under the line; the first row has
             // none.
             if (bLogY && i != 0)
@@ -332,13 +318,13 @@ void CGLChartView::DrawGrid(double dx, double dy, DWORD color, int bLines) const
                 for (int k = 1; k <= 9; ++k)
                 {
                     const double yMinor = y + log10f(float(k * step));
-                    if (!(yMinor < f.oy))
-                        DrawGridHLine(yMinor, f.ox, tx, f.right);
+                    if (!(yMinor < oy))
+                        DrawGridHLine(yMinor, ox, tx, f.Right());
                 }
             }
-            if (!(x > f.ox))
+            if (!(x > ox))
                 continue;
-            DrawGridVLine(x, f.oy, ty, f.top);
+            DrawGridVLine(x, oy, ty, f.Top());
             // The first two columns have no minor lines on X.
             if (bLogX && j >= 2)
             {
@@ -346,8 +332,8 @@ void CGLChartView::DrawGrid(double dx, double dy, DWORD color, int bLines) const
                 for (int k = 1; k <= 9; ++k)
                 {
                     const double xMinor = x + std::log10(k * step);
-                    if (!(xMinor < f.ox))
-                        DrawGridVLine(xMinor, f.oy, ty, f.top);
+                    if (!(xMinor < ox))
+                        DrawGridVLine(xMinor, oy, ty, f.Top());
                 }
             }
         }
@@ -359,86 +345,92 @@ void CGLChartView::DrawGrid(double dx, double dy, DWORD color, int bLines) const
 
 void CGLChartView::DrawGridValueText(double dx, double dy)
 {
+    TextLayerScope layer(*this, plotvane::ChartTextLayer::GridValue);
     CPlotvane_Manager& m = *m_pManager;
     SetGLColor(m_crLabel);
-    const ViewFrame f(GetViewRectLP());
-    const double sx = f.left - std::fmod(f.left, dx);
-    const double sy = f.bottom - std::fmod(f.bottom, dy);
-    const bool bLogY = IsLogY(m);
+    const plotvane::ChartFrame f = GetChartFrame();
+    const double left = f.Left(), top = f.Top(), bottom = f.Bottom();
+    const double W = f.Width(), H = f.Height(), ox = f.OriginX(), oy = f.OriginY();
+    const double sx = left - std::fmod(left, dx);
+    const double sy = bottom - std::fmod(bottom, dy);
+    const bool bLogY = f.IsLogY();
 
     // Y values stop short of the top, where the Y axis name stands.
-    const long long iLast = TruncToInt(f.H / dy) + 2LL;
+    const long long iLast = TruncToInt(H / dy) + 2LL;
     for (long long i = 0; i <= iLast; ++i)
     {
         const double y = i * dy + sy;
         const double v = bLogY ? m.GetYUnit() * std::pow(10.0, y) : y * m.GetScaleY();
-        const double px = f.left + f.W / 40;
-        const double py = y - f.H * 0.01;
-        if (py < f.oy || !(py + 2 * (f.H * 0.01) < f.top - f.H / 30))
+        const double px = left + W / 40;
+        const double py = y - H * 0.01;
+        if (py < oy || !(py + 2 * (H * 0.01) < top - H / 30))
             continue;
         m_pFontDefault->PrintText(m.GetDisplayNumberByFormatType(v), CPointD(px, py), nullptr);
     }
     if (dy == 0.0)
         m_pFontDefault->PrintText(m.GetDisplayNumberByFormatType((sy + 0.5) * m.GetScaleY()),
-                                  CPointD(f.left + f.W / 30, sy + 0.5), nullptr);
+                                  CPointD(left + W / 30, sy + 0.5), nullptr);
 
     // X values have no limit at the right.
-    const long long jLast = TruncToInt(f.W / dx) + 2LL;
+    const long long jLast = TruncToInt(W / dx) + 2LL;
     for (long long j = 0; j <= jLast; ++j)
     {
         const double x = j * dx + sx;
-        const double px = x + f.W * 0.01 - f.W / 60.0;
-        if (px < f.ox)
+        const double px = x + W * 0.01 - W / 60.0;
+        if (px < ox)
             continue;
         m_pFontDefault->PrintText(m.GetDisplayNumberByFormatType(x * m.GetScaleX()),
-                                  CPointD(px, f.bottom + f.H / 20), nullptr);
+                                  CPointD(px, bottom + H / 20), nullptr);
     }
     if (dx == 0.0)
         m_pFontDefault->PrintText(m.GetDisplayNumberByFormatType((sx + 0.5) * m.GetScaleX()),
-                                  CPointD(sx + 0.5, f.bottom + f.H / 20), nullptr);
+                                  CPointD(sx + 0.5, bottom + H / 20), nullptr);
 }
 
 void CGLChartView::DrawGridValueText_Log(double dx, double dy)
 {
+    TextLayerScope layer(*this, plotvane::ChartTextLayer::GridValue);
     CPlotvane_Manager& m = *m_pManager;
     m.m_nFormatType = 2;
     SetGLColor(m_crLabel);
-    const ViewFrame f(GetViewRectLP());
-    const double sx = f.left - std::fmod(f.left, dx);
-    const double sy = f.bottom - std::fmod(f.bottom, dy);
-    const bool bLogY = IsLogY(m);
+    const plotvane::ChartFrame f = GetChartFrame();
+    const double left = f.Left(), right = f.Right(), top = f.Top(), bottom = f.Bottom();
+    const double W = f.Width(), H = f.Height(), ox = f.OriginX(), oy = f.OriginY();
+    const double sx = left - std::fmod(left, dx);
+    const double sy = bottom - std::fmod(bottom, dy);
+    const bool bLogY = f.IsLogY();
 
     // Y values keep a ring of 4 % of H clear around the start of the Y axis
     // name.
-    const CPointD ptName(f.left + f.W / 20, f.top - f.H / 30);
-    const long long iLast = TruncToInt(f.H / dy) + 2LL;
+    const CPointD ptName(left + W / 20, top - H / 30);
+    const long long iLast = TruncToInt(H / dy) + 2LL;
     for (long long i = 0; i <= iLast; ++i)
     {
         const double y = i * dy + sy;
-        const double px = bLogY ? f.left + f.W / 50 : f.left + f.W / 30;
+        const double px = bLogY ? left + W / 50 : left + W / 30;
         const double v = bLogY ? m.GetYUnit() * std::pow(10.0, y) : y * m.GetScaleY();
-        const double py = y - f.H * 0.01;
-        if (py < f.oy || !(CPointD(px, py).DistanceToPoint(ptName) > 4 * (f.H * 0.01)))
+        const double py = y - H * 0.01;
+        if (py < oy || !(CPointD(px, py).DistanceToPoint(ptName) > 4 * (H * 0.01)))
             continue;
         m_pFontDefault->PrintText(m.GetDisplayNumberByFormatType(v), CPointD(px, py), nullptr);
     }
     if (dy == 0.0)
         m_pFontDefault->PrintText(m.GetDisplayNumberByFormatType((sy + 0.5) * m.GetScaleY()),
-                                  CPointD(f.left + f.W / 30, sy + 0.5), nullptr);
+                                  CPointD(left + W / 30, sy + 0.5), nullptr);
 
     // X values skip the first grid position and stop short of the right.
-    const long long jLast = TruncToInt(f.W / dx) + 1LL;
+    const long long jLast = TruncToInt(W / dx) + 1LL;
     for (long long j = 1; j <= jLast; ++j)
     {
         const double x = j * dx + sx;
-        const double px = x - f.W / 60.0;
-        if (px < f.ox || px > f.right - f.W * 0.05)
+        const double px = x - W / 60.0;
+        if (px < ox || px > right - W * 0.05)
             continue;
         m_pFontDefault->PrintText(m.GetDisplayNumberByFormatType(m.GetXUnit() * std::pow(10.0, x)),
-                                  CPointD(px, f.bottom + f.H / 20), nullptr);
+                                  CPointD(px, bottom + H / 20), nullptr);
     }
     if (dx == 0.0)
         m_pFontDefault->PrintText(
             m.GetDisplayNumberByFormatType(m.GetXUnit() * std::pow(10.0, sx + 0.5)),
-            CPointD(sx + 0.5, f.bottom + f.H / 20), nullptr);
+            CPointD(sx + 0.5, bottom + H / 20), nullptr);
 }

@@ -76,7 +76,7 @@ protected:
     }
     CChartPointDArray& Set(int i) { return *m.m_InputData.GetChartPointDArray(i); }
     // Text in the label colour where the margin summary stands.
-    int SummaryPixels() { return CountData(kLabel, SummaryRect()); }
+    int SummaryPixels() { return CountColor(kLabel, SummaryRect()); }
     CRect SummaryRect()
     {
         const CRectF rc = view->GetViewRectLP();
@@ -97,11 +97,11 @@ TEST_F(EyeJitter, WriteEyeBoxesLevelAndMarginsAgreeWithTheMeasurement)
     const double e1 = eye.dStrobeEdgeMin[0];
     const double e2 = eye.dStrobeEdgeMax[0];
     ASSERT_GT(e2 - e1, 10 * ps);
-    EXPECT_GT(CountData(kStrobeBox, DataRect(e1, 0.52, e2, 0.68)), 10);
-    EXPECT_GT(CountData(kRequiredBox, DataRect(e2, 0.52, e2 + 100 * ps, 0.68)), 30);
-    EXPECT_GT(CountData(kRequiredBox, DataRect(e1 - 100 * ps, 0.52, e1, 0.68)), 30);
-    EXPECT_EQ(CountData(kRequiredBox, DataRect(e2 + 130 * ps, 0.52, e2 + 200 * ps, 0.68)), 0);
-    EXPECT_EQ(CountData(kStrobeBox, DataRect(e1, 0.8, e2, 1.0)), 0);
+    EXPECT_GT(CountColor(kStrobeBox, DataRect(e1, 0.52, e2, 0.68)), 10);
+    EXPECT_GT(CountColor(kRequiredBox, DataRect(e2, 0.52, e2 + 100 * ps, 0.68)), 30);
+    EXPECT_GT(CountColor(kRequiredBox, DataRect(e1 - 100 * ps, 0.52, e1, 0.68)), 30);
+    EXPECT_EQ(CountColor(kRequiredBox, DataRect(e2 + 130 * ps, 0.52, e2 + 200 * ps, 0.68)), 0);
+    EXPECT_EQ(CountColor(kStrobeBox, DataRect(e1, 0.8, e2, 1.0)), 0);
     // The red level line across the eye.
     const CPoint lv = ToClient(eye.dPeriod * 0.5, 0.6);
     EXPECT_GT(Image().CountColor(kRed, 100, lv.y - 1, kWidth, lv.y + 2), 300);
@@ -148,7 +148,7 @@ TEST_F(EyeJitter, MaskModeMarginsNeverTurnNegative)
     EXPECT_NEAR(Set(dq).m_dSetupMargin, std::trunc(ref.dSetup / ps), 1.0);
     EXPECT_EQ(Image().CountColor(kRequiredBox), 0);
     const double c = (eye.dStrobeEdgeMin[0] + eye.dStrobeEdgeMax[0]) * 0.5;
-    EXPECT_GT(CountData(kStrobeBox, DataRect(c - 50 * ps, 0.52, c + 50 * ps, 0.68)), 50);
+    EXPECT_GT(CountColor(kStrobeBox, DataRect(c - 50 * ps, 0.52, c + 50 * ps, 0.68)), 50);
 
     // A mask wider than the eye: the data crosses inside it, and the
     // margins are still distances, not violations.

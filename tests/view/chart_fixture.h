@@ -1,34 +1,24 @@
-// A chart drawn offscreen at 400 x 300 pixels, with a view area that maps
-// one logical unit to one pixel unless a test sets another, and both view
-// scales at 1 so that data values are logical values.
+// The view tests' chart: 400 x 300 pixels, a view area that maps one logical
+// unit to one pixel unless a test sets another, and both view scales at 1 so
+// that data values are logical values.
 #pragma once
 
-#include <plotvane/document/Plotvane_Manager.h>
-#include <plotvane/measure/ChartPointDArray.h>
-#include <plotvane/platform/headless/HeadlessBackend.h>
-#include <plotvane/view/GLChartView.h>
-#include <plotvane/view/HeadlessChart.h>
-
-#include <gtest/gtest.h>
+#include "common/headless_chart_fixture.h"
 
 #include <initializer_list>
 #include <utility>
 
-class ChartFixture : public testing::Test
+class ChartFixture : public HeadlessChartTest<400, 300>
 {
 protected:
-    static constexpr int kWidth = 400;
-    static constexpr int kHeight = 300;
     static constexpr COLORREF kRed = 0x0000FF;
     static constexpr COLORREF kGreen = 0x00FF00;
 
     void SetUp() override
     {
-        if (!plotvane::HeadlessBackend::Default().IsGLAvailable())
-            GTEST_SKIP() << "no EGL display";
-        ASSERT_TRUE(plotvane::CreateHeadlessChart(m, kWidth, kHeight));
-        view = m.m_ChartDlg.GetGLChartView();
-        m.RemoveAllData();
+        HeadlessChartTest::SetUp();
+        if (HasFatalFailure() || IsSkipped())
+            return;
         CPlotvane_InputData::SetViewScaleX(1.0);
         CPlotvane_InputData::SetViewScaleY(1.0);
         SetFrame(0, 0, kWidth, kHeight);
@@ -59,19 +49,7 @@ protected:
         return set;
     }
 
-    void Paint() { view->SendMessage(WM_PAINT); }
-    const plotvane::Image& Image() const { return *plotvane::GetChartImage(m); }
-
     // Client pixel of a logical point on the current 1:1 frame.
     static int Col(double x) { return int(x); }
     static int Row(double y) { return kHeight - 1 - int(y); }
-
-    // Whether the colour lies within r pixels of (col, row).
-    bool ColorNear(COLORREF color, int col, int row, int r = 1) const
-    {
-        return Image().CountColor(color, col - r, row - r, col + r + 1, row + r + 1) > 0;
-    }
-
-    CPlotvane_Manager m;
-    CGLChartView* view = nullptr;
 };

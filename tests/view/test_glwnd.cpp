@@ -3,6 +3,8 @@
 // offscreen through the headless backend.
 #include <plotvane/view/GLWnd.h>
 
+#include "common/gl_required.h"
+
 #include <plotvane/platform/Backend.h>
 #include <plotvane/platform/WinApi.h>
 #include <plotvane/platform/headless/HeadlessBackend.h>
@@ -51,7 +53,7 @@ public:
     }
     const plotvane::Image& Front() const
     {
-        return *static_cast<HeadlessBackend&>(plotvane::GetBackend()).GetFrontImage(m_hWnd);
+        return *plotvane::GetBackend().GetFrontImage(m_hWnd);
     }
 
     std::function<void()> scene;
@@ -80,16 +82,12 @@ protected:
         else
             unsetenv("PLOTVANE_DATA_DIR");
     }
-    bool HasGL() { return HeadlessBackend::Default().IsGLAvailable(); }
 
     std::string m_dataDir;
     std::string m_old;
     bool m_hadOld = false;
 };
 
-#define REQUIRE_GL()                                                                               \
-    if (!HasGL())                                                                                  \
-    GTEST_SKIP() << "no EGL display"
 
 // A backend whose context operations fail on request.
 class CFailingBackend : public HeadlessBackend
@@ -183,7 +181,7 @@ int WhitePixels(const plotvane::Image& image, int left, int top, int right, int 
 
 TEST_F(GLWndTest, CreatesAContextThatPaints)
 {
-    REQUIRE_GL();
+    PLOTVANE_REQUIRE_GL();
     CTestGLWnd wnd;
     EXPECT_EQ(wnd.m_fNear, -500.0f);
     EXPECT_EQ(wnd.m_fFar, 500.0f);
@@ -226,8 +224,7 @@ TEST_F(GLWndTest, ContextFailuresShowTheirMessages)
     EXPECT_NE(noDC.find("Plotvane: Error Obtaining DC\n"), std::string::npos);
     EXPECT_EQ(noDisplay.GetMessageBoxLog().size(), 1u); // no context: nothing to delete
 
-    if (!HasGL())
-        return;
+    PLOTVANE_REQUIRE_GL();
     CFailingBackend create;
     create.failCreate = true;
     EXPECT_NE(createAndDestroy(create).find("Error Creating RC"), std::string::npos);
@@ -311,7 +308,7 @@ TEST_F(GLWndTest, ChooseBestPixelFormatFiltersAndScores)
 
 TEST_F(GLWndTest, ChooseBestPixelFormatOverRealConfigs)
 {
-    REQUIRE_GL();
+    PLOTVANE_REQUIRE_GL();
     CTestGLWnd wnd;
     ASSERT_TRUE(wnd.CreateOffscreen(8, 8));
     const HDC hdc = wnd.m_pDC->GetSafeHdc();
@@ -330,7 +327,7 @@ TEST_F(GLWndTest, ChooseBestPixelFormatOverRealConfigs)
 // The shared descriptor is set up once per process: these run in a fresh one.
 TEST_F(GLWndTest, SharedDescriptorTakesFirstDepthAndKeepsTheGenericFlag)
 {
-    REQUIRE_GL();
+    PLOTVANE_REQUIRE_GL();
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const std::string dir = m_dataDir;
     const std::string marker = dir + "/HARDWARE_ACC_OFF";
@@ -366,7 +363,7 @@ TEST_F(GLWndTest, SharedDescriptorTakesFirstDepthAndKeepsTheGenericFlag)
 
 TEST_F(GLWndTest, CoordinateConversionsAndTheirAsymmetry)
 {
-    REQUIRE_GL();
+    PLOTVANE_REQUIRE_GL();
     CTestGLWnd wnd;
     ASSERT_TRUE(wnd.CreateOffscreen(200, 100));
     wnd.m_rcViewArea.SetData(0.0f, 0.0f, 20.0f, 10.0f);
@@ -420,7 +417,7 @@ TEST_F(GLWndTest, CoordinateConversionsAndTheirAsymmetry)
 
 TEST_F(GLWndTest, ProjectionKeepsTheAspectAndZoomWidensTheView)
 {
-    REQUIRE_GL();
+    PLOTVANE_REQUIRE_GL();
     CTestGLWnd wnd;
     ASSERT_TRUE(wnd.CreateOffscreen(200, 100));
     wnd.MakeCurrent();
@@ -493,7 +490,7 @@ TEST_F(GLWndTest, WheelStepsTheZoomExponent)
 
 TEST_F(GLWndTest, RightDragPansAndAClickDoesNot)
 {
-    REQUIRE_GL();
+    PLOTVANE_REQUIRE_GL();
     CTestGLWnd wnd;
     ASSERT_TRUE(wnd.CreateOffscreen(200, 100));
     wnd.m_rcViewArea.SetData(0.0f, 0.0f, 20.0f, 10.0f);
@@ -538,7 +535,7 @@ TEST_F(GLWndTest, RightDragPansAndAClickDoesNot)
 
 TEST_F(GLWndTest, RubberLineIsXoredOnTheFrontAndGoneAfterTheDrag)
 {
-    REQUIRE_GL();
+    PLOTVANE_REQUIRE_GL();
     CTestGLWnd wnd;
     ASSERT_TRUE(wnd.CreateOffscreen(200, 100));
     wnd.m_rcViewArea.SetData(0.0f, 0.0f, 20.0f, 10.0f);

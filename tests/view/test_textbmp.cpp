@@ -1,6 +1,8 @@
 // CGLTextBmp: bitmap text drawn offscreen, read back from the front image.
 #include <plotvane/view/GLTextBmp.h>
 
+#include "common/gl_required.h"
+
 #include <plotvane/platform/WinApi.h>
 #include <plotvane/platform/headless/HeadlessBackend.h>
 #include <plotvane/view/GLWnd.h>
@@ -79,8 +81,7 @@ class TextBmpTest : public testing::Test
 protected:
     void SetUp() override
     {
-        if (!plotvane::HeadlessBackend::Default().IsGLAvailable())
-            GTEST_SKIP() << "no EGL display";
+        PLOTVANE_REQUIRE_GL();
         ASSERT_TRUE(wnd.Create(nullptr, "", WS_VISIBLE, CRect(0, 0, 200, 100), nullptr, 0));
         ASSERT_NE(wnd.m_hRC, nullptr);
         wnd.m_rcViewArea.SetData(0.0f, 0.0f, 200.0f, 100.0f);
