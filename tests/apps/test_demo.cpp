@@ -1,5 +1,6 @@
 // Runs plotvane-render's DDR eye modes and checks the report against the
 // chart it saved, the waveform operations and the generator's edges.
+#include "apps/program_run.h"
 #include "render/ChartInput.h"
 #include "render/JsonReport.h"
 #include <plotvane/document/Plotvane_Manager.h>
@@ -11,22 +12,13 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace
 {
-
-std::string Slurp(const std::string& path)
-{
-    std::stringstream ss;
-    ss << std::ifstream(path).rdbuf();
-    return ss.str();
-}
+using plotvane_test::Result;
+using plotvane_test::Slurp;
 
 // The number after "key": in the report; NaN for null or a missing key.
 double JsonNumber(const std::string& json, const std::string& key)
@@ -49,72 +41,15 @@ std::string JsonString(const std::string& json, const std::string& key)
     return json.substr(from, json.find('"', from) - from);
 }
 
-// Balanced brackets outside strings, one value: enough to catch a writer
-// that loses a comma-free close or an escape.
-bool LooksLikeJson(const std::string& json)
+// The writer ends its text with a newline only once the outer value has
+// closed, and a non-finite number must have become null.
+bool IsWholeReport(const std::string& json)
 {
-    int depth = 0;
-    bool bString = false;
-    for (std::size_t i = 0; i < json.size(); ++i)
-    {
-        const char c = json[i];
-        if (bString)
-        {
-            if (c == '\\')
-                ++i;
-            else if (c == '"')
-                bString = false;
-            continue;
-        }
-        if (c == '"')
-            bString = true;
-        else if (c == '{' || c == '[')
-            ++depth;
-        else if (c == '}' || c == ']')
-        {
-            if (--depth < 0)
-                return false;
-        }
-    }
-    return depth == 0 && !bString && json.find(",\n}") == std::string::npos &&
+    return json.size() > 2 && json.front() == '{' && json.compare(json.size() - 2, 2, "}\n") == 0 &&
            json.find("nan") == std::string::npos && json.find("inf") == std::string::npos;
 }
 
-struct Result
-{
-    int status = -1;
-    std::string out;
-    std::string err;
-};
-
-class DemoProgram : public ::testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        m_dir = "/tmp/plotvane_demo_test_" + std::to_string(getpid());
-        ASSERT_EQ(std::system(("mkdir -p " + m_dir).c_str()), 0);
-    }
-    void TearDown() override { std::system(("rm -rf " + m_dir).c_str()); }
-
-    std::string Path(const std::string& name) const { return m_dir + "/" + name; }
-
-    // Runs in the test's directory, so that default outputs land there.
-    Result Run(const std::string& args) const
-    {
-        const std::string out = Path("stdout.txt"), err = Path("stderr.txt");
-        const std::string cmd = "cd '" + m_dir + "' && '" PLOTVANE_RENDER_EXE "' " + args + " >'" +
-                                out + "' 2>'" + err + "'";
-        const int rc = std::system(cmd.c_str());
-        Result r;
-        r.status = WIFEXITED(rc) ? WEXITSTATUS(rc) : 128 + WTERMSIG(rc);
-        r.out = Slurp(out);
-        r.err = Slurp(err);
-        return r;
-    }
-
-    std::string m_dir;
-};
+using DemoProgram = plotvane_test::RenderProgramTest;
 
 bool FileExists(const std::string& path)
 {
@@ -178,7 +113,7 @@ TEST_F(DemoProgram, WriteDemoMarginsAgreeEverywhere)
     const std::string chart = Path("plotvane-ddr-write.pvc");
     EXPECT_TRUE(FileExists(png));
     EXPECT_TRUE(FileExists(chart));
-    EXPECT_TRUE(LooksLikeJson(r.out)) << r.out;
+    EXPECT_TRUE(IsWholeReport(r.out)) << r.out;
     EXPECT_EQ(Slurp(Path("report.json")), r.out);
     EXPECT_EQ(JsonString(r.out, "png"), png);
     EXPECT_EQ(JsonString(r.out, "cycle"), "write");
@@ -218,7 +153,7 @@ TEST_F(DemoProgram, ReadDemoGivesTqhAndTdqsq)
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_TRUE(FileExists(Path("read.png")));
     EXPECT_TRUE(FileExists(Path("read.chart")));
-    EXPECT_TRUE(LooksLikeJson(r.out)) << r.out;
+    EXPECT_TRUE(IsWholeReport(r.out)) << r.out;
     EXPECT_EQ(JsonString(r.out, "cycle"), "read");
     const double dTQH = JsonNumber(r.out, "tqh_ps");
     const double dTDQSQ = JsonNumber(r.out, "tdqsq_ps");
@@ -248,8 +183,8 @@ TEST_F(DemoProgram, MeasureReadsCsvEyesAndNamesWhatIsMissing)
 
     eye.pDQ->SetEyeInformation(0.6, 120, 80, 0.1, 0.1, 0);
     double dSetup = 0, dHold = 0, dSH = 0, dHH = 0, dVref = 0, dWindow = 0, dSpread = 0;
-    eye.pDQ->CheckSetupHoldMargin(eye.pDQS.get(), eye.pDQSBar.get(), dSetup, dHold, dSH, dHH,
-                                  dVref, dWindow, dSpread, 0.0, 0, 0);
+    eye.pDQ->CheckSetupHoldMargin(eye.pDQS.get(), eye.pDQSBar.get(), dSetup, dHold, dSH, dHH, dVref,
+                                  dWindow, dSpread, 0.0, 0, 0);
     EXPECT_NEAR(JsonNumber(r.out, "setup_margin_ps"), dSetup * 1e12, 1e-3);
     EXPECT_NEAR(JsonNumber(r.out, "hold_margin_ps"), dHold * 1e12, 1e-3);
     EXPECT_NEAR(JsonNumber(r.out, "overlay_hold_margin_ps"), dHold * 1e12, 1.0);

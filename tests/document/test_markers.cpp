@@ -1,3 +1,5 @@
+#include "document/record_bytes.h"
+
 #include <plotvane/document/ChartMarkers.h>
 #include <plotvane/document/Plotvane_Manager.h>
 #include <plotvane/document/TargetImp.h>
@@ -5,68 +7,14 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <string>
 #include <vector>
 
 namespace
 {
-// Little-endian stream bytes, appended field by field.
-struct Bytes : std::vector<unsigned char>
-{
-    using std::vector<unsigned char>::vector;
-    template <class T> Bytes& Raw(T v)
-    {
-        unsigned char b[sizeof v];
-        std::memcpy(b, &v, sizeof v);
-        insert(end(), b, b + sizeof v);
-        return *this;
-    }
-    Bytes& I32(unsigned v) { return Raw(uint32_t(v)); }
-    Bytes& F64(double v) { return Raw(v); }
-    Bytes& Str(const std::string& s)
-    {
-        push_back((unsigned char)s.size()); // short strings only
-        insert(end(), s.begin(), s.end());
-        return *this;
-    }
-    Bytes& Add(const Bytes& b)
-    {
-        insert(end(), b.begin(), b.end());
-        return *this;
-    }
-};
-
-template <class T> Bytes Store(T& obj)
-{
-    CMemFile file;
-    {
-        CArchive ar(&file, CArchive::store);
-        obj.Serialize(ar);
-        ar.Close();
-    }
-    Bytes b;
-    b.insert(b.end(), file.GetBuffer(), file.GetBuffer() + file.GetLength());
-    return b;
-}
-
-struct Loader
-{
-    explicit Loader(const Bytes& b)
-        : data(b), file(data.data(), UINT(data.size())), ar(&file, CArchive::load)
-    {
-    }
-    Bytes data;
-    CMemFile file;
-    CArchive ar;
-};
-
-// A default text record: version 2, zero position, empty text, visible,
-// white, 12 points, zero size.
-Bytes DefaultText()
-{
-    return Bytes().I32(2).F64(0).F64(0).Str("").I32(1).I32(0xFFFFFF).I32(12).F64(0).F64(0);
-}
+using plotvane_test::Bytes;
+using plotvane_test::DefaultText;
+using plotvane_test::Loader;
+using plotvane_test::Store;
 
 // Drops the texts a copy shares with its source, so that only the source
 // deletes them.
@@ -87,13 +35,8 @@ TEST(ChartTextData, RecordBytesAndVersionOneRead)
     t.m_color = 0x0000FF;
     t.m_dHeight = 3.0;
     t.m_dWidth = 0.5;
-    const Bytes expected{2, 0,   0,   0,                                   // version
-                         0, 0,   0,   0, 0,    0, 0xF8, 0x3F,              // 1.5
-                         0, 0,   0,   0, 0,    0, 0x00, 0xC0,              // -2.0
-                         2, 'H', 'i',                                      // text
-                         1, 0,   0,   0, 0xFF, 0, 0,    0,    12, 0, 0, 0, // visible, colour, font
-                         0, 0,   0,   0, 0,    0, 0x08, 0x40,              // 3.0
-                         0, 0,   0,   0, 0,    0, 0xE0, 0x3F};             // 0.5
+    const Bytes expected =
+        Bytes().I32(2).F64(1.5).F64(-2.0).Str("Hi").I32(1).I32(0xFF).I32(12).F64(3.0).F64(0.5);
     EXPECT_EQ(Store(t), expected);
 
     CChartTextData back;
@@ -130,9 +73,8 @@ TEST(ChartClippingLine, RecordBytes)
     line.m_ptDistanceEnd = CPointD(3, 4);
 
     Bytes expected = Bytes().I32(3).Str("L").I32(0).I32(1).F64(2.5).I32(0xFAC864).I32(1);
-    expected.insert(expected.end(), {1, 0}); // WriteCount of the values
-    expected.F64(0.5).Add(DefaultText());
-    expected.I32(0x80000001).I32(1).I32(0).Add(DefaultText()); // 8-byte count
+    expected.Count(1).F64(0.5).Add(DefaultText());
+    expected.ArrayHeader(1, 1).Add(DefaultText());
     expected.F64(1).F64(2).F64(3).F64(4).Add(DefaultText());
     EXPECT_EQ(Store(line), expected);
 }
@@ -145,9 +87,8 @@ TEST(ChartClippingLine, VersionThreeReadOverReadsOneRecord)
     Bytes stream = Store(line);
     // What the reader takes as the second half of the record: the version 2
     // shape with no version word.
-    Bytes second = Bytes().Str("M").I32(0).I32(0).F64(9.0).I32(7);
-    second.insert(second.end(), {0, 0});
-    second.Add(DefaultText()).I32(0x80000001).I32(0).I32(0);
+    Bytes second = Bytes().Str("M").I32(0).I32(0).F64(9.0).I32(7).Count(0);
+    second.Add(DefaultText()).ArrayHeader(1, 0);
     second.F64(5).F64(6).F64(7).F64(8).Add(DefaultText());
     stream.Add(second).I32(0x12345678);
 
@@ -162,31 +103,12 @@ TEST(ChartClippingLine, VersionThreeReadOverReadsOneRecord)
     EXPECT_EQ(back.m_color, 7u);
     EXPECT_EQ(back.m_bDistanceEnd, 1); // only the first half has it
     EXPECT_EQ(back.m_ptDistanceEnd, CPointD(7, 8));
-
-    // So an array of one line followed by anything loses its place.
-    CChartClippingLineArray arr;
-    arr.Add(new CChartClippingLine);
-    Bytes file = Store(arr);
-    file.I32(99);
-    CChartClippingLineArray again;
-    Loader in2(file);
-    try
-    {
-        again.Serialize(in2.ar);
-        FAIL() << "the over-read should run out of stream";
-    }
-    catch (const CArchiveException& e)
-    {
-        EXPECT_EQ(e.m_cause, CArchiveException::endOfFile);
-    }
 }
 
 TEST(ChartClippingLine, OlderVersionsAndArrayHeaders)
 {
     // Version 1 stops after the values and leaves the texts alone.
-    Bytes v1 = Bytes().I32(1).Str("A").I32(1).I32(0).F64(3.0).I32(5);
-    v1.insert(v1.end(), {0, 0});
-    v1.I32(0xFEED);
+    const Bytes v1 = Bytes().I32(1).Str("A").I32(1).I32(0).F64(3.0).I32(5).Count(0).I32(0xFEED);
     CChartClippingLine line;
     line.m_pValueText->m_strText = "kept";
     Loader in(v1);
@@ -203,12 +125,12 @@ TEST(ChartClippingLine, OlderVersionsAndArrayHeaders)
     Loader in2(shortCount);
     texts.Serialize(in2.ar);
     EXPECT_EQ(texts.GetSize(), 1);
-    Loader in3(Bytes().I32(0x80000002).I32(5).I32(0));
+    Loader in3(Bytes().ArrayHeader(2, 5));
     texts.Serialize(in3.ar);
     EXPECT_EQ(texts.GetSize(), 0);
 
     // A count the stream cannot hold fails before anything is allocated.
-    Loader in4(Bytes().I32(0x80000001).I32(0xFFFFFFFF).I32(0x7FFFFFFF));
+    Loader in4(Bytes().ArrayHeader(1, 0x7FFFFFFFFFFFFFFFull));
     EXPECT_THROW(texts.Serialize(in4.ar), CArchiveException);
 }
 
@@ -328,10 +250,9 @@ TEST(ClippingValues, CrossingsWithTheDrawnCurves)
     horizontal.m_bVertical = 0;
     horizontal.m_dPosition = 50.0;
     horizontal.CalcClippingValueArray();
-    ASSERT_EQ(horizontal.m_arrClippingValue.GetSize(), 3);
-    EXPECT_DOUBLE_EQ(horizontal.m_arrClippingValue[0], 50.0);
-    EXPECT_DOUBLE_EQ(horizontal.m_arrClippingValue[1], 125.0);
-    EXPECT_DOUBLE_EQ(horizontal.m_arrClippingValue[2], 275.0);
+    const CArrayD& found = horizontal.m_arrClippingValue;
+    EXPECT_EQ(std::vector<double>(found.begin(), found.end()),
+              (std::vector<double>{50.0, 125.0, 275.0}));
     horizontal.CalcClippingValueArray();
     EXPECT_EQ(horizontal.m_arrClippingValue.GetSize(), 6);
 

@@ -12,34 +12,25 @@
 
 using plotvane::dec;
 
-TEST(Dec, DecimalExponentOfTenSignificantDigits)
+TEST(Dec, DigitsBeforeThePointAfterRoundingToTenDigits)
 {
-    EXPECT_EQ(dec(0.0), 0);
-    EXPECT_EQ(dec(1234.0), 4);
-    EXPECT_EQ(dec(0.05), -1);
-    EXPECT_EQ(dec(-1234.0), 4); // the sign is reported apart
-    for (int e = -300; e <= 300; ++e)
+    const struct
     {
-        const double p = std::pow(10.0, e);
-        // 10^e has e + 1 digits before the point, including the powers whose
-        // binary value lies a hair below the decimal one.
-        EXPECT_EQ(dec(p), e + 1) << "1e" << e;
-    }
-    EXPECT_EQ(dec(1.0), 1);
-    EXPECT_EQ(dec(9.0), 1);
-    EXPECT_EQ(dec(0.1), 0);
-    EXPECT_EQ(dec(0.099), -1);
-}
-
-TEST(Dec, RoundingToTenDigitsCanCarryIntoTheNextDecade)
-{
-    EXPECT_EQ(dec(9999999999.4), 10);
-    EXPECT_EQ(dec(9999999999.6), 11);
-    EXPECT_EQ(dec(0.99999999994), 0);
-    EXPECT_EQ(dec(0.99999999996), 1);
-    EXPECT_EQ(dec(99.999999996), 3);
-    EXPECT_EQ(dec(std::nextafter(1.0, 0.0)), 1);
-    EXPECT_EQ(dec(4.9e-324), -323); // the smallest subnormal
+        double v;
+        int n;
+    } cases[] = {
+        {0.0, 0},           {1234.0, 4},        {-1234.0, 4}, // the sign is reported apart
+        {0.05, -1},         {1.0, 1},           {9.0, 1},
+        {0.1, 0},           {0.099, -1},        {9999999999.4, 10},
+        {9999999999.6, 11}, {0.99999999994, 0}, {0.99999999996, 1}, // rounding carries
+        {99.999999996, 3},  {4.9e-324, -323},   {std::nextafter(1.0, 0.0), 1},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(dec(c.v), c.n) << c.v;
+    // 10^e has e + 1 digits, including the powers whose binary value lies a
+    // hair below the decimal one.
+    for (int e = -300; e <= 300; ++e)
+        EXPECT_EQ(dec(std::pow(10.0, e)), e + 1) << "1e" << e;
 }
 
 TEST(TLUtility, DataPathPrecedenceAndMarkers)
@@ -76,7 +67,8 @@ TEST(TLUtility, DataPathPrecedenceAndMarkers)
 TEST(Dec, AgreesWithTheFormattedExponentEverywhere)
 {
     // The exponent printf reports after rounding to ten digits, the reference.
-    auto reference = [](double v) {
+    auto reference = [](double v)
+    {
         char buf[40];
         std::snprintf(buf, sizeof buf, "%.9e", std::fabs(v));
         return std::atoi(std::strchr(buf, 'e') + 1) + 1;

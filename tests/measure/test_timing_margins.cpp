@@ -24,13 +24,18 @@ struct Margins
     double dVrefMV = kSeed, dWindowPS = kSeed, dSpreadPS = kSeed;
 };
 
-Margins Check(const DdrEye& eye, double dOffset = 0.0, int bVrefFromData = 0, int bNoMask = 0)
+Margins Check(const CChartPointDArray& dq, const DdrEye& strobe, double dOffset = 0.0,
+              int bVrefFromData = 0, int bNoMask = 0)
 {
     Margins m;
-    eye.pDQ->CheckSetupHoldMargin(eye.pDQS.get(), eye.pDQSBar.get(), m.dSetup, m.dHold,
-                                  m.dSetupHeight, m.dHoldHeight, m.dVrefMV, m.dWindowPS,
-                                  m.dSpreadPS, dOffset, bVrefFromData, bNoMask);
+    dq.CheckSetupHoldMargin(strobe.pDQS.get(), strobe.pDQSBar.get(), m.dSetup, m.dHold,
+                            m.dSetupHeight, m.dHoldHeight, m.dVrefMV, m.dWindowPS, m.dSpreadPS,
+                            dOffset, bVrefFromData, bNoMask);
     return m;
+}
+Margins Check(const DdrEye& eye, double dOffset = 0.0, int bVrefFromData = 0, int bNoMask = 0)
+{
+    return Check(*eye.pDQ, eye, dOffset, bVrefFromData, bNoMask);
 }
 
 // Default write eye: data edges at 156.25 and 781.25 ps, strobe at 468.75 ps.
@@ -120,10 +125,7 @@ TEST(TimingMargins, HoldBandsAndOneLevel)
     }
     dq.SetEyeInformation(-1.0, 100, 100, 0.1, 0.1, 0);
     const DdrEye strobe = WriteEye(0, 0, 0, 0);
-    Margins h;
-    dq.CheckSetupHoldMargin(strobe.pDQS.get(), strobe.pDQSBar.get(), h.dSetup, h.dHold,
-                            h.dSetupHeight, h.dHoldHeight, h.dVrefMV, h.dWindowPS, h.dSpreadPS, 0.0,
-                            0, 0);
+    const Margins h = Check(dq, strobe);
     const double r = strobe.dStrobeEdge[0] + 100 * ps;
     EXPECT_NEAR(h.dHold, r, 0.1 * ps);
     EXPECT_NEAR(h.dSetup, (r - 200 * ps) - (100 * ps + 100 * ps * 0.15 / 0.65), 0.1 * ps);
@@ -242,30 +244,21 @@ TEST(TimingMargins, CollectionReportsMissingSetupMargin)
 
 TEST(TimingMargins, ReadCycleBranches)
 {
-    // Strobe 20 ps after the data edge: the next crossing is farther, so
-    // tDQSQ is the distance to it and tQH the distance back to the crossing.
-    DdrEyeParams p;
-    p.nReadCycle = 1;
-    p.dStrobeSkew = 20 * ps;
-    DdrEye eye = GenerateDdrEye(p);
+    // Strobe after the data edge: the next crossing is farther, so tDQSQ is
+    // the distance to it and tQH the distance back to the crossing. Before
+    // the crossing, tQH is the distance to the left one. A strobe beyond the
+    // narrow window is found by the second, wider one.
     double dTQH = 0.0, dTDQSQ = 0.0;
-    eye.pDQ->CheckReadCycleTimeMargin(eye.pDQS.get(), eye.pDQSBar.get(), dTQH, dTDQSQ, 0.0, 0);
-    EXPECT_NEAR(dTDQSQ, eye.dDataEdge[1] - eye.dStrobeEdge[0], 0.5 * ps);
-    EXPECT_NEAR(dTQH, 20 * ps, 0.5 * ps);
-
-    // Strobe before the crossing: tQH is the distance to the left crossing.
-    p.dStrobeSkew = -20 * ps;
-    eye = GenerateDdrEye(p);
-    eye.pDQ->CheckReadCycleTimeMargin(eye.pDQS.get(), eye.pDQSBar.get(), dTQH, dTDQSQ, 0.0, 0);
-    EXPECT_NEAR(dTDQSQ, eye.dDataEdge[1] - eye.dStrobeEdge[0], 0.5 * ps);
-    EXPECT_NEAR(dTQH, 20 * ps, 0.5 * ps);
-
-    // A strobe beyond the narrow window is found by the second, wider one.
-    p.dStrobeSkew = 250 * ps;
-    eye = GenerateDdrEye(p);
-    eye.pDQ->CheckReadCycleTimeMargin(eye.pDQS.get(), eye.pDQSBar.get(), dTQH, dTDQSQ, 0.0, 0);
-    EXPECT_NEAR(dTDQSQ, eye.dDataEdge[1] - eye.dStrobeEdge[0], 0.5 * ps);
-    EXPECT_NEAR(dTQH, 250 * ps, 0.5 * ps);
+    for (double dSkew : {20 * ps, -20 * ps, 250 * ps})
+    {
+        DdrEyeParams p;
+        p.nReadCycle = 1;
+        p.dStrobeSkew = dSkew;
+        const DdrEye eye = GenerateDdrEye(p);
+        eye.pDQ->CheckReadCycleTimeMargin(eye.pDQS.get(), eye.pDQSBar.get(), dTQH, dTDQSQ, 0.0, 0);
+        EXPECT_NEAR(dTDQSQ, eye.dDataEdge[1] - eye.dStrobeEdge[0], 0.5 * ps) << dSkew;
+        EXPECT_NEAR(dTQH, std::fabs(dSkew), 0.5 * ps) << dSkew;
+    }
 
     // Hand-made lines, 10 ps a sample: rising/falling pairs cross at 200 and
     // 800 ps (left of the window edge) and at 850 ps (right of it); a

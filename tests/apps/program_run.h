@@ -1,0 +1,59 @@
+// Runs the built plotvane-render in a private directory and keeps what it
+// printed.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace plotvane_test
+{
+inline std::string Slurp(const std::string& path)
+{
+    std::stringstream ss;
+    ss << std::ifstream(path).rdbuf();
+    return ss.str();
+}
+
+struct Result
+{
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+class RenderProgramTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        m_dir = "/tmp/plotvane_render_test_" + std::to_string(getpid());
+        ASSERT_EQ(std::system(("mkdir -p " + m_dir).c_str()), 0);
+    }
+    void TearDown() override { std::system(("rm -rf " + m_dir).c_str()); }
+
+    std::string Path(const std::string& name) const { return m_dir + "/" + name; }
+
+    // Runs in the test's directory, so that default outputs land there; env
+    // is a prefix of variable settings.
+    Result Run(const std::string& args, const std::string& env = "") const
+    {
+        const std::string out = Path("stdout.txt"), err = Path("stderr.txt");
+        const std::string cmd = "cd '" + m_dir + "' && " + env + " '" PLOTVANE_RENDER_EXE "' " +
+                                args + " >'" + out + "' 2>'" + err + "'";
+        const int rc = std::system(cmd.c_str());
+        Result r;
+        r.status = WIFEXITED(rc) ? WEXITSTATUS(rc) : 128 + WTERMSIG(rc);
+        r.out = Slurp(out);
+        r.err = Slurp(err);
+        return r;
+    }
+
+    std::string m_dir;
+};
+} // namespace plotvane_test
