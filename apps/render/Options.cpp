@@ -1,6 +1,7 @@
 #include "render/Options.h"
 
 #include "render/CsvReader.h"
+#include "render/OverlayDemo.h"
 
 #include <charconv>
 #include <cstring>
@@ -137,9 +138,11 @@ bool Apply(const OptionInfo& o, const std::string& value, RenderOptions& opt, st
     }
     else if (name == "demo")
     {
-        if (value != "ddr-write" && value != "ddr-read")
+        if (value != "ddr-write" && value != "ddr-read" && FindOverlayDemo(value) == nullptr)
         {
-            error = "bad value '" + value + "' for --demo: expected ddr-write or ddr-read";
+            error = "bad value '" + value + "' for --demo: expected ddr-write, ddr-read";
+            const std::string more = OverlayDemoNames();
+            error += more.empty() ? "" : " or one of " + more;
             return false;
         }
         opt.demo = value;
@@ -316,7 +319,35 @@ ParseResult ParseOptions(int argc, const char* const* argv, RenderOptions& opt, 
     return ParseResult::Run;
 }
 
+// The fixed part of the help text, below.
+static std::string UsageTextBase();
+
+namespace
+{
+
+// The overlay demos' lines of the help text, from their table.
+std::string OverlayDemoUsage()
+{
+    if (OverlayDemos().empty())
+        return "";
+    std::string text = "\nOverlay demos (--demo NAME; PNG, chart and JSON report as above):\n";
+    for (const OverlayDemo& d : OverlayDemos())
+    {
+        std::string line = "  " + std::string(d.name);
+        line.resize(24, ' ');
+        text += line + d.summary + "\n";
+    }
+    return text;
+}
+
+} // namespace
+
 std::string UsageText()
+{
+    return UsageTextBase() + OverlayDemoUsage();
+}
+
+static std::string UsageTextBase()
 {
     return R"(Usage: plotvane-render [OPTIONS] -o OUT.png [DATA.csv ...]
        plotvane-render --demo ddr-write|ddr-read [OPTIONS]

@@ -5,6 +5,7 @@
 #include "render/JsonReport.h"
 #include "render/Measure.h"
 #include "render/Options.h"
+#include "render/OverlayDemo.h"
 #include "render/Render.h"
 #include <plotvane/document/Plotvane_Manager.h>
 #include <plotvane/platform/Backend.h>
@@ -210,6 +211,11 @@ int main(int argc, char** argv)
     }
     try
     {
+        if (const plotvane::OverlayDemo* demo = plotvane::FindOverlayDemo(options.demo))
+        {
+            plotvane::SetAppName(kProgram);
+            return plotvane::RunOverlayDemo(*demo, EyeLook(options));
+        }
         return plotvane::IsEyeMode(options) ? RunEye(options) : Run(options);
     }
     catch (const std::bad_alloc&)
