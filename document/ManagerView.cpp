@@ -22,6 +22,11 @@ void CPlotvane_Manager::RedrawGLChartView()
     pView->SendMessage(WM_PAINT);
 }
 
+void CPlotvane_Manager::MakeEyeMaskArray()
+{
+    m_ChartDlg.GetGLChartView()->MakeEyeMaskArray();
+}
+
 void CPlotvane_Manager::GetCurrentGLChartViewLeftTopPoint(double& x, double& y)
 {
     m_ChartDlg.GetGLChartView()->GetCurrentViewLeftTopPoint(x, y);

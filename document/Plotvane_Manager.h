@@ -18,6 +18,8 @@
 
 #include <map>
 
+class CGLPlotvane_Environment;
+
 class CWnd;
 class CChartClippingLineArray;
 class CChartClippingBoxArray;
@@ -120,6 +122,9 @@ public:
     void SetChartDrawFit();
     // Rebuilds the display list and paints now; nothing without a window.
     void RedrawGLChartView();
+    // The view's MakeEyeMaskArray: fixes the following mask where the mouse
+    // stands.
+    void MakeEyeMaskArray();
     void GetCurrentGLChartViewLeftTopPoint(double& x, double& y);
     void GetCurrentGLChartViewRightBtmPoint(double& x, double& y);
     void SetViewAreaByPoint(CPointF p1, CPointF p2);
@@ -130,6 +135,11 @@ public:
     void SetDefaultFontSize(int n);
     void SetMeasureFontSize(int n);
     void SetXYFontSize(int n);
+    // Applies appearance settings to the chart dialog and its view and
+    // redraws; without an argument, those of "Chart.uis" (or the defaults
+    // when it cannot be read).
+    void SetChartEnvironment(CGLPlotvane_Environment* pEnv);
+    void SetChartEnvironment();
 
     static constexpr int m_nVersion = 4;
 

@@ -24,20 +24,6 @@ namespace
 constexpr double kBoxZ = 500.0;
 constexpr double kPi = 3.14159265358979323846;
 
-// A sparse diagonal dot raster, so that the curves stay visible through a
-// box: four rows repeated over the 32 rows of a polygon stipple.
-struct BoxStipple
-{
-    GLubyte bytes[128];
-    BoxStipple()
-    {
-        const std::uint32_t rows[4] = {0x88888888u, 0x00000000u, 0x22222222u, 0x00000000u};
-        for (int r = 0; r < 32; ++r)
-            for (int b = 0; b < 4; ++b)
-                bytes[r * 4 + b] = GLubyte(rows[r % 4] >> (24 - 8 * b));
-    }
-};
-
 void BoxVertices(GLenum mode, double x1, double y1, double x2, double y2)
 {
     glBegin(mode);
@@ -120,11 +106,10 @@ void ArrowLines(const GLdouble m[16], DWORD color, double dLength, double dHead,
 void CGLChartView::DrawBox(double x1, double y1, double x2, double y2, DWORD color,
                            CString strLabel)
 {
-    static const BoxStipple stipple;
     SetGLColor(color);
     glPushAttrib(GL_ENABLE_BIT);
     glEnable(GL_POLYGON_STIPPLE);
-    glPolygonStipple(stipple.bytes);
+    glPolygonStipple(plotvane::OverlayStipple());
     BoxVertices(GL_POLYGON, x1, y1, x2, y2);
     BoxVertices(GL_LINE_LOOP, x1, y1, x2, y2);
     if (!strLabel.IsEmpty())

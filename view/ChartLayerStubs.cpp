@@ -11,27 +11,15 @@ void CGLChartView::DrawClippingBox() {}
 void CGLChartView::DrawCrossLine() {}
 void CGLChartView::DrawCrossLine_Log() {}
 
-// Eye mask and bathtub.
-void CGLChartView::DrawEyeMask() {}
-void CGLChartView::DrawBathtubMeasure() {}
-
-// Overlays drawn per frame.
-void CGLChartView::DrawNEXTorFEXTPt() {}
-void CGLChartView::DrawFlightTime() {}
-void CGLChartView::DrawTargetImpedance() {}
-void CGLChartView::DrawTargetImpedance_Log() {}
-void CGLChartView::DrawTDRImpedance() {}
-void CGLChartView::DrawDFEPFreqDomainPara() {}
-
-// Overlays of the display list.
-void CGLChartView::DrawOverUnderShoot() {}
-void CGLChartView::DrawOverUnderShootArea() {}
-void CGLChartView::DrawVIX() {}
-void CGLChartView::DrawVID() {}
-
 // Annotation layer.
 void CGLChartView::DrawSelectNodeNames() {}
 void CGLChartView::DrawTextDB() {}
 void CGLChartView::DrawLineDB() {}
 void CGLChartView::DrawCurrentTextData() {}
 void CGLChartView::DrawCurrentLineData() {}
+
+// Mouse, keyboard and zoom.
+void CGLChartView::SetClickZoomAvailable(int /*bAvailable*/) {}
+void CGLChartView::ZoomIn() {}
+void CGLChartView::ZoomOut() {}
+void CGLChartView::AllChangeLineDataWidth(double /*d*/) {}

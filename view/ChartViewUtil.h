@@ -8,6 +8,7 @@
 
 #include <climits>
 #include <cmath>
+#include <cstdint>
 
 namespace plotvane
 {
@@ -28,6 +29,26 @@ inline void SetGLColor(DWORD color)
 {
     LastGLColor() = color;
     glColor3ub(GLubyte(color & 0xFF), GLubyte((color >> 8) & 0xFF), GLubyte((color >> 16) & 0xFF));
+}
+
+// The polygon stipple of overlay boxes and shaded areas: a sparse diagonal
+// dot raster, four rows repeated over the 32 rows, through which the curves
+// stay visible.
+inline const GLubyte* OverlayStipple()
+{
+    struct Pattern
+    {
+        GLubyte bytes[128];
+        Pattern()
+        {
+            const std::uint32_t rows[4] = {0x88888888u, 0x00000000u, 0x22222222u, 0x00000000u};
+            for (int r = 0; r < 32; ++r)
+                for (int b = 0; b < 4; ++b)
+                    bytes[r * 4 + b] = GLubyte(rows[r % 4] >> (24 - 8 * b));
+        }
+    };
+    static const Pattern pattern;
+    return pattern.bytes;
 }
 
 } // namespace plotvane

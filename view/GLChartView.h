@@ -28,14 +28,15 @@
 //   overlays/EyeJitter.cpp         eye jitter: strobe lookup, setup/hold and
 //                                  tDQSQ/tQH marks, worst skew, crosstalk
 //                                  jitter
+//   overlays/EyeMask.cpp           eye mask and bathtub
+//   overlays/OverUnderShoot.cpp    overshoot, undershoot, VSEH, VSEL and the
+//                                  shaded area (display list)
+//   overlays/DifferentialLevels.cpp  VIX and VID (display list)
 //   ChartLayerStubs.cpp            layers still empty; each body moves out to
 //                                  its family's source when written:
 //     Cursors.cpp                  clipping lines and boxes, cross lines
 //     ViewInput.cpp                mouse, keyboard, click zoom and wheel
 //     Annotations.cpp              node names, free texts and lines
-//     overlays/EyeMask.cpp         eye mask and bathtub
-//     overlays/OverUnderShoot.cpp  overshoot, undershoot and their areas
-//     overlays/DifferentialLevels.cpp  VIX and VID
 //     overlays/TargetImpedance.cpp target impedance, linear and log
 //     overlays/FlightCrosstalk.cpp flight time, NEXT/FEXT points, TDR
 //                                  impedance, DFE frequency marks
@@ -86,6 +87,7 @@ public:
     int GetDrawMaxPulsePeriod() const { return m_nDrawMaxPulsePeriod; }
     void SetDrawMaxPulsePeriod(int n) { m_nDrawMaxPulsePeriod = n; }
     int GetPickingMode() const { return m_nPickingMode; }
+    int GetGridMode() const { return m_nGridMode; }
     void SetGridMode(int n) { m_nGridMode = n; }
     void SetCurrentFontSize(int n) { m_nCurrentFontSize = n; }
     void SetCPlotvane_Manager(CPlotvane_Manager* p) { m_pManager = p; }
@@ -122,6 +124,12 @@ public:
     double GetTextLPHeight(CRectF& rc, int nPixels);
     double GetTextLPWidth(CRectF& rc, int nPixels);
     void AllChangeLineWidth(double d);
+
+    // ---- mouse zoom (wired for the host dialogs; drawn by the input layer)
+    void SetClickZoomAvailable(int bAvailable);
+    void ZoomIn();
+    void ZoomOut();
+    void AllChangeLineDataWidth(double d);
 
     // ---- frame (GLChartView.cpp)
     // The frame of the paint in progress. Outside a paint (a layer called on
@@ -176,6 +184,20 @@ public:
     void SetDQSChartPointArray(CString strName);
     void DrawEyeDiagramJitterLine(int nDataIndex, double dPhase, int bStrobeShown);
     void DrawEyeDiagramJitterLine_NoDelay(int nDataIndex, double dPhase);
+
+    // ---- eye mask and bathtub, overshoot and undershoot, differential
+    // levels (overlays/EyeMask.cpp, OverUnderShoot.cpp, DifferentialLevels.cpp)
+    // Replaces the stored masks by one where the mouse stands, as wide as the
+    // mask's widest part, and ends the placing.
+    void MakeEyeMaskArray();
+
+    // ---- target impedance, flight time, crosstalk, TDR and DFE marks
+    // (overlays/TargetImpedance.cpp, overlays/FlightCrosstalk.cpp)
+    // Zoom from the origin to the last step of the shown impedance limits.
+    void ZoomPDNArea();
+    // Zoom from the origin to the end of the drawn curves and down to the
+    // lowest of their values and the DFE level.
+    void ZoomDFEPFreqDomainParaArea();
 
     // ---- text hook
     // Every text a paint draws goes to the hook, with its layer and colour,

@@ -3,6 +3,9 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
 
 namespace plotvane
 {
@@ -156,6 +159,47 @@ void JsonWriter::Null()
 {
     BeforeValue();
     m_text += "null";
+}
+
+namespace
+{
+
+std::string AbsolutePath(const std::string& path)
+{
+    std::error_code ec;
+    const std::filesystem::path p = std::filesystem::absolute(path, ec);
+    return ec ? path : p.lexically_normal().string();
+}
+
+} // namespace
+
+void WriteFilesMember(JsonWriter& json, const std::string& png, const std::string& chart,
+                      const std::string& report)
+{
+    json.Key("files");
+    json.BeginObject();
+    json.Key("png");
+    json.String(AbsolutePath(png));
+    json.Key("chart");
+    json.String(AbsolutePath(chart));
+    json.Key("report");
+    if (report.empty())
+        json.Null();
+    else
+        json.String(AbsolutePath(report));
+    json.EndObject();
+}
+
+void EmitReport(const JsonWriter& json, const std::string& reportFile)
+{
+    if (!reportFile.empty())
+    {
+        std::ofstream file(reportFile, std::ios::binary);
+        file << json.Text();
+        if (!file.flush())
+            throw std::runtime_error("cannot write report '" + reportFile + "'");
+    }
+    std::fputs(json.Text().c_str(), stdout);
 }
 
 } // namespace plotvane

@@ -45,4 +45,13 @@ std::string JsonQuote(const std::string& text);
 // Rounds to n decimals, leaving non-finite values alone.
 double RoundTo(double value, int nDecimals);
 
+// The report's "files" member: absolute paths of what the run wrote; an
+// empty report path is null.
+void WriteFilesMember(JsonWriter& json, const std::string& png, const std::string& chart,
+                      const std::string& report);
+// Writes the finished report to reportFile (when one is given) and to
+// standard output. Throws std::runtime_error when the file cannot be
+// written.
+void EmitReport(const JsonWriter& json, const std::string& reportFile);
+
 } // namespace plotvane

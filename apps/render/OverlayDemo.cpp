@@ -4,13 +4,12 @@
 #include "render/JsonReport.h"
 #include "render/Measure.h"
 #include "render/Render.h"
+#include "render/demos/LevelDemos.h"
+#include "render/demos/MarkDemos.h"
 #include <plotvane/document/Plotvane_Manager.h>
 #include <plotvane/platform/Backend.h>
 #include <plotvane/view/GLChartView.h>
 
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 
 namespace plotvane
@@ -18,13 +17,6 @@ namespace plotvane
 
 namespace
 {
-
-std::string AbsolutePath(const std::string& path)
-{
-    std::error_code ec;
-    const std::filesystem::path p = std::filesystem::absolute(path, ec);
-    return ec ? path : p.lexically_normal().string();
-}
 
 void WriteTexts(JsonWriter& json, const std::vector<ChartText>& texts)
 {
@@ -43,7 +35,33 @@ void WriteTexts(JsonWriter& json, const std::vector<ChartText>& texts)
 const std::vector<OverlayDemo>& OverlayDemos()
 {
     // Each family adds its demos here, in the order of the overlay families.
-    static const std::vector<OverlayDemo> demos = {};
+    static const std::vector<OverlayDemo> demos = {
+        {"eye-mask", "a DDR DQ eye with a hexagonal receiver mask on its centre",
+         BuildEyeMaskDemo, ReportEyeMaskDemo},
+        {"bathtub", "two lanes' bathtubs (RJ plus dual-Dirac DJ), widths at 1e-12 and 1e-6",
+         BuildBathtubDemo, ReportBathtubDemo},
+        {"overshoot", "a ringing RLC edge against a 400 mV overshoot limit", BuildOvershootDemo,
+         ReportShootDemo},
+        {"undershoot", "the same line ringing below ground after its falling edge",
+         BuildUndershootDemo, ReportShootDemo},
+        {"overshoot-area", "the largest excursion above VDD in V-ns, shaded",
+         BuildOvershootAreaDemo, ReportShootDemo},
+        {"vix-vid", "a differential clock with skew and common-mode offset: VIX",
+         BuildVixDemo, ReportDifferentialDemo},
+        {"vid", "the same clock: its differential swing VID", BuildVidDemo,
+         ReportDifferentialDemo},
+        {"target-z", "|Z| of two board power rails (VRM, bulk, MLCC, planes) against a stepped "
+                     "and a polyline target, log axes",
+         BuildTargetZDemo, ReportTargetZDemo},
+        {"flight-time", "a matched driver into 1.1 ns of line and a 3 pF receiver: flight time",
+         BuildFlightTimeDemo, ReportFlightTimeDemo},
+        {"crosstalk", "a 150 ps edge on a coupled microstrip pair: NEXT and FEXT, FEXT peak marked",
+         BuildCrosstalkDemo, ReportCrosstalkDemo},
+        {"tdr", "TDR of a 50 Ohm line with a 65 Ohm neck-down section", BuildTdrDemo,
+         ReportTdrDemo},
+        {"dfe", "insertion loss of a 12 in FR-4 lane against the DFE budget at Nyquist",
+         BuildDfeDemo, ReportDfeDemo},
+    };
     return demos;
 }
 
@@ -104,28 +122,9 @@ int RunOverlayDemo(const OverlayDemo& demo, const RenderOptions& options)
     json.String(demo.name);
     demo.report(*mgr, texts, json);
     WriteTexts(json, texts);
-    json.Key("files");
-    json.BeginObject();
-    json.Key("png");
-    json.String(AbsolutePath(options.output));
-    json.Key("chart");
-    json.String(AbsolutePath(chart));
-    json.Key("report");
-    if (options.reportFile.empty())
-        json.Null();
-    else
-        json.String(AbsolutePath(options.reportFile));
+    WriteFilesMember(json, options.output, chart, options.reportFile);
     json.EndObject();
-    json.EndObject();
-
-    if (!options.reportFile.empty())
-    {
-        std::ofstream file(options.reportFile, std::ios::binary);
-        file << json.Text();
-        if (!file.flush())
-            throw ChartInputError("cannot write report '" + options.reportFile + "'");
-    }
-    std::fputs(json.Text().c_str(), stdout);
+    EmitReport(json, options.reportFile);
     return 0;
 }
 

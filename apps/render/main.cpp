@@ -82,13 +82,6 @@ int Run(const plotvane::RenderOptions& options)
     return 0;
 }
 
-std::string AbsolutePath(const std::string& path)
-{
-    std::error_code ec;
-    const std::filesystem::path p = std::filesystem::absolute(path, ec);
-    return ec ? path : p.lexically_normal().string();
-}
-
 // Texts and window for a picture that goes into a report: larger type than
 // the plain charts unless the command line says.
 plotvane::RenderOptions EyeLook(plotvane::RenderOptions options)
@@ -161,28 +154,9 @@ int RunEye(const plotvane::RenderOptions& given)
         const double dVref = std::isfinite(m.dVrefMV) ? m.dVrefMV / 1000.0 : eye.dMid;
         plotvane::WriteDemoGenerator(json, eye, plotvane::HandMargins(eye, options, dVref), bRead);
     }
-    json.Key("files");
-    json.BeginObject();
-    json.Key("png");
-    json.String(AbsolutePath(outputs.png));
-    json.Key("chart");
-    json.String(AbsolutePath(outputs.chart));
-    json.Key("report");
-    if (outputs.report.empty())
-        json.Null();
-    else
-        json.String(AbsolutePath(outputs.report));
+    plotvane::WriteFilesMember(json, outputs.png, outputs.chart, outputs.report);
     json.EndObject();
-    json.EndObject();
-
-    if (!outputs.report.empty())
-    {
-        std::ofstream file(outputs.report, std::ios::binary);
-        file << json.Text();
-        if (!file.flush())
-            throw plotvane::ChartInputError("cannot write report '" + outputs.report + "'");
-    }
-    std::fputs(json.Text().c_str(), stdout);
+    plotvane::EmitReport(json, outputs.report);
     return 0;
 }
 
