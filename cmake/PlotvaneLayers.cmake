@@ -28,6 +28,13 @@ set(PLOTVANE_ALLOWED_view foundation measure platform dialogs document)
 set(PLOTVANE_ALLOWED_overlays foundation measure platform dialogs document view)
 set(PLOTVANE_ALLOWED_platform/headless foundation measure platform dialogs document view)
 
+# Toolkit backends: layers built into libraries of their own beside
+# libplotvane (platform/wx into libplotvane_wx). Only they may include a
+# toolkit's headers (wx/, gtk/, X11/).
+set(PLOTVANE_TOOLKIT_LAYERS platform/wx)
+set(PLOTVANE_ALLOWED_platform/wx foundation measure platform dialogs document view overlays
+    platform/headless)
+
 # Layers a layer's headers may include: stricter where the sources meet in a
 # cycle, so that the cycle is kept to forward declarations.
 set(PLOTVANE_HEADER_ALLOWED_dialogs foundation platform)

@@ -22,6 +22,26 @@ bool Backend::SaveFrontImage(HWND hwnd, const CString& path, bool withAlpha)
     return image != nullptr && WritePng(path, *image, withAlpha);
 }
 
+CRect Backend::MapDialogRect(HWND /*hwnd*/, const CRect& rc)
+{
+    // A dialog unit is a quarter of the average character width and an
+    // eighth of the character height.
+    constexpr int kBaseX = 6;
+    constexpr int kBaseY = 13;
+    return CRect(rc.left * kBaseX / 4, rc.top * kBaseY / 8, rc.right * kBaseX / 4,
+                 rc.bottom * kBaseY / 8);
+}
+
+UINT Backend::TrackPopupMenu(const PopupMenuItems& /*items*/, CPoint /*screen*/, HWND /*owner*/)
+{
+    return 0;
+}
+
+bool Backend::ChooseColor(HWND /*owner*/, COLORREF& /*color*/)
+{
+    return false;
+}
+
 Backend& GetBackend()
 {
     return g_pInstalled != nullptr ? *g_pInstalled : GetDefaultBackend();

@@ -24,7 +24,20 @@ struct WindowParams
     DWORD style = 0; // WS_ bits as given after PreCreateWindow
     UINT id = 0;     // child id
     CString text;    // window text or caption
+    // The control class for a dialog's controls ("STATIC", "BUTTON", "EDIT",
+    // "msctls_statusbar32"); empty for a plain window. A toolkit backend makes
+    // the matching native control; the headless backend keeps a rectangle.
+    CString className;
 };
+
+// A popup menu as the window system shows it: command ids and their texts
+// ("\t" separates an accelerator); an id of 0 is a separator.
+struct PopupMenuItem
+{
+    UINT id = 0;
+    CString text;
+};
+using PopupMenuItems = std::vector<PopupMenuItem>;
 
 class Backend
 {
@@ -112,6 +125,19 @@ public:
     // without a GL surface. The image stays the backend's and holds until the
     // window is drawn again, resized or destroyed: ask again after those.
     virtual const Image* GetFrontImage(HWND hwnd) = 0;
+
+    // Dialogs and controls. The defaults serve a backend without a toolkit.
+    // Dialog units to pixels for the font of the dialog window hwnd; the
+    // default takes base units of 6 x 13 pixels (Tahoma at 8 to 9 points).
+    virtual CRect MapDialogRect(HWND hwnd, const CRect& rc);
+    // The state of the window's CWnd object that a native control mirrors
+    // (status bar panes, say) has changed.
+    virtual void ControlChanged(HWND /*hwnd*/) {}
+    // Shows a popup menu at a screen point and waits for the choice; answers
+    // the command id chosen, 0 for none (the default: no menu to show).
+    virtual UINT TrackPopupMenu(const PopupMenuItems& items, CPoint screen, HWND owner);
+    // The colour chooser; false when cancelled (the default: no chooser).
+    virtual bool ChooseColor(HWND owner, COLORREF& color);
     // Writes GetFrontImage as PNG (RGB, or RGBA with withAlpha); false when
     // there is no image or the file cannot be written.
     bool SaveFrontImage(HWND hwnd, const CString& path, bool withAlpha = false);

@@ -134,6 +134,7 @@ BOOL CWnd::CreateEx(DWORD dwExStyle, LPCTSTR lpszClassName, LPCTSTR lpszWindowNa
     params.style = DWORD(cs.style);
     params.id = cs.hMenu;
     params.text = cs.lpszName;
+    params.className = cs.lpszClass;
     HWND hwnd = plotvane::GetBackend().CreateNativeWindow(this, params);
     if (hwnd == nullptr)
         return FALSE;

@@ -44,6 +44,9 @@
 #include <plotvane/view/GLTextBmp.h>
 #include <plotvane/view/GLWnd.h>
 
+#include <plotvane/dialogs/Dialog.h>
+#include <plotvane/dialogs/Menu.h>
 #include <plotvane/dialogs/Plotvane_Attribute_Dlg.h>
 #include <plotvane/dialogs/Plotvane_Dlg.h>
 #include <plotvane/dialogs/Plotvane_InputData_Dlg.h>
+#include <plotvane/dialogs/StatusBar.h>

@@ -11,7 +11,7 @@ PACKAGES=(
     libpng-dev
     libwxgtk3.2-dev
     googletest libgtest-dev libbenchmark-dev
-    xvfb xauth
+    xvfb xauth xdotool
     clang libclang-rt-14-dev
 )
 

@@ -10,7 +10,8 @@ ROOT=$(pwd)
 
 echo "== build and unit tests"
 PLOTVANE_BUILD_DIR=build ./scripts/build.sh
-ctest --test-dir build --output-on-failure -j"$(nproc)"
+# The window tests (label gui) need an X server: Xvfb, started per run.
+xvfb-run -a -s "-screen 0 1600x1200x24" ctest --test-dir build --output-on-failure -j"$(nproc)"
 
 echo "== unit tests under ASan + UBSan"
 PLOTVANE_BUILD_DIR=build-asan ./scripts/build.sh -DPLOTVANE_SANITIZE=ON -DPLOTVANE_BUILD_BENCH=OFF
@@ -18,7 +19,7 @@ PLOTVANE_BUILD_DIR=build-asan ./scripts/build.sh -DPLOTVANE_SANITIZE=ON -DPLOTVA
 # thread-local block that Mesa allocates, depending only on heap layout,
 # and die at exit with "Tracer caught signal 11". Leaks are still checked.
 ASAN_OPTIONS=detect_leaks=1:intercept_tls_get_addr=0 UBSAN_OPTIONS=print_stacktrace=1 \
-    ctest --test-dir build-asan --output-on-failure -j"$(nproc)"
+    xvfb-run -a -s "-screen 0 1600x1200x24" ctest --test-dir build-asan --output-on-failure -j"$(nproc)"
 
 echo "== install to a staging prefix and use it as a host would"
 STAGE="$ROOT/build/stage"
@@ -37,5 +38,10 @@ g++ -std=c++17 build/onehost/host.cpp -o build/onehost/host $PC_FLAGS -Wl,-rpath
 cmake -S examples/host -B build/example -DCMAKE_PREFIX_PATH="$STAGE" >/dev/null
 cmake --build build/example -j"$(nproc)"
 env -u LD_LIBRARY_PATH ./build/example/plotvane-example-host
+# The wx host embeds the chart dialog through Plotvane::plotvane_wx.
+rm -rf build/example-wx
+cmake -S examples/wxhost -B build/example-wx -DCMAKE_PREFIX_PATH="$STAGE" >/dev/null
+cmake --build build/example-wx -j"$(nproc)"
+env -u LD_LIBRARY_PATH xvfb-run -a ./build/example-wx/plotvane-example-wxhost --check
 
 echo "== all tests passed"
