@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cfloat>
+#include <climits>
 #include <cmath>
 #include <cstdlib>
 #include <memory>
@@ -286,6 +287,88 @@ void CPlotvane_InputData::AddData(double x, double y)
         return;
     CChartPointDArray& set = EditSet();
     set.Add(new CChartPointD(nDecX < -18 ? 0.0 : x, y2));
+}
+
+namespace
+{
+// The smallest decimal exponent (plotvane::dec) of a run of values, found
+// without taking it of each: dec grows with the magnitude, so the smallest
+// non-zero magnitude decides, with 0 for a zero and 1 for a non-finite
+// value, as dec answers for those.
+class MinExponent
+{
+public:
+    void Add(double v)
+    {
+        const double a = std::fabs(v);
+        if (v == 0.0)
+            m_bZero = true;
+        else if (!std::isfinite(v))
+            m_bNonFinite = true;
+        else if (a < m_dMinAbs)
+            m_dMinAbs = a;
+    }
+    // false when no value was added.
+    bool Get(int& nDec) const
+    {
+        bool bAny = false;
+        nDec = INT_MAX;
+        if (m_dMinAbs != HUGE_VAL)
+        {
+            nDec = plotvane::dec(m_dMinAbs);
+            bAny = true;
+        }
+        if (m_bZero)
+        {
+            nDec = std::min(nDec, 0);
+            bAny = true;
+        }
+        if (m_bNonFinite)
+        {
+            nDec = std::min(nDec, 1);
+            bAny = true;
+        }
+        return bAny;
+    }
+
+private:
+    double m_dMinAbs = HUGE_VAL;
+    bool m_bZero = false;
+    bool m_bNonFinite = false;
+};
+
+// AddData's noise floor: a value whose exponent is below -18 is stored as
+// 0. Every magnitude of 1e-19 or more has an exponent of -18 or more, so
+// only smaller ones need the exponent.
+double BelowNoiseToZero(double v)
+{
+    return std::fabs(v) < 1e-19 && plotvane::dec(v) < -18 ? 0.0 : v;
+}
+} // namespace
+
+void CPlotvane_InputData::AddDataBlock(const double* xs, const double* ys, size_t n)
+{
+    if (n == 0)
+        return;
+    const bool bDropZeroY = IsMagnitudeLogAxis();
+    CChartPointDArray& set = EditSet();
+    MinExponent minX, minY;
+    for (size_t i = 0; i < n; ++i)
+    {
+        minX.Add(xs[i]);
+        minY.Add(ys[i]);
+        const double y = BelowNoiseToZero(ys[i]);
+        if (bDropZeroY && y == 0.0)
+            continue;
+        set.Add(new CChartPointD(BelowNoiseToZero(xs[i]), y));
+    }
+    // Taking the smallest exponent once is what the per-point updates of
+    // AddData come to.
+    int nDec = 0;
+    if (m_pAttribute && minX.Get(nDec) && nDec < 2 && nDec < m_pAttribute->m_XAxis.m_nMinExponent)
+        m_pAttribute->m_XAxis.m_nMinExponent = nDec;
+    if (m_pAttribute && minY.Get(nDec) && nDec < 2 && nDec < m_pAttribute->m_YAxis.m_nMinExponent)
+        m_pAttribute->m_YAxis.m_nMinExponent = nDec;
 }
 
 int CPlotvane_InputData::AddData(double x, CArrayD* ys)

@@ -79,6 +79,9 @@ public:
 
     // ---- points of the edit set
     void AddData(double x, double y);
+    // n points into the edit set, with the same result as n calls of
+    // AddData(x, y) but the axis exponents worked out once for the block.
+    void AddDataBlock(const double* xs, const double* ys, size_t n);
     // One point per set; the arrays must have one entry per set.
     int AddData(double x, CArrayD* ys);
     int AddData(CArrayD* xs, double y);

@@ -7,6 +7,8 @@
 #include <plotvane/foundation/MFCArchive.h>
 #include <plotvane/foundation/MFCFile.h>
 
+#include <vector>
+
 namespace plotvane
 {
 
@@ -131,6 +133,62 @@ void ApplyAxisText(CPlotvane_Manager& mgr, const RenderOptions& options,
         mgr.SetUnitNameY(CString(*options.yUnit));
 }
 
+namespace
+{
+// Puts the blocks of one file straight into new data sets, one per series,
+// so that a file's numbers are never all held twice. The end state is that
+// of AddSeriesToChart called for each series in turn.
+class ChartSink : public CsvSink
+{
+public:
+    explicit ChartSink(CPlotvane_Manager& mgr) : m_data(mgr.m_InputData) {}
+
+    void Begin(const CsvTable& layout, std::size_t nLinesGuess) override
+    {
+        m_layout = layout;
+        for (std::size_t k = 0; k < layout.series.size(); ++k)
+        {
+            const int index = m_data.AddNewDataSet();
+            m_sets.push_back(index);
+            // Room for the sample pointers up front: growing by doubling
+            // would hold the old and new arrays at once.
+            CChartPointDArray* set = m_data.GetChartPointDArray(index);
+            set->SetSize(INT_PTR(nLinesGuess));
+            set->SetSize(0);
+        }
+    }
+    void Points(std::vector<CsvSeries>& block) override
+    {
+        for (std::size_t k = 0; k < block.size(); ++k)
+        {
+            const std::size_t n = block[k].x.size();
+            if (n == 0)
+                continue;
+            m_data.SetCurrentEditSet(m_sets[k]);
+            m_data.AddDataBlock(block[k].x.data(), block[k].y.data(), n);
+        }
+    }
+    // Names, colours and the draw set, once every point is in.
+    void Finish(bool bLight)
+    {
+        for (std::size_t k = 0; k < m_sets.size(); ++k)
+        {
+            m_data.SetCurrentEditSet(m_sets[k]);
+            m_data.SetCurrentEditSetName(CString(m_layout.series[k].name));
+            m_data.SetGraphColor(CColor(CurveColor(m_sets[k], bLight)));
+            m_data.AddDrawDataSetIndex(m_sets[k]);
+        }
+    }
+    const CsvTable& Layout() const { return m_layout; }
+    std::size_t SetCount() const { return m_sets.size(); }
+
+private:
+    CPlotvane_InputData& m_data;
+    CsvTable m_layout;
+    std::vector<int> m_sets;
+};
+} // namespace
+
 int AddCsvFiles(CPlotvane_Manager& mgr, const RenderOptions& options, std::string& headerX,
                 std::string& headerY, const ProgressFactory& progressFor)
 {
@@ -141,21 +199,32 @@ int AddCsvFiles(CPlotvane_Manager& mgr, const RenderOptions& options, std::strin
     {
         if (progressFor)
             ro.progress = progressFor(options.csvFiles[f]);
-        CsvTable table = ReadCsvFile(options.csvFiles[f], ro);
+        ChartSink sink(mgr);
+        // A file that fails part way leaves the chart as it found it.
+        const int nXExponent = mgr.m_Attribute.m_XAxis.m_nMinExponent;
+        const int nYExponent = mgr.m_Attribute.m_YAxis.m_nMinExponent;
+        const INT_PTR nSets = INT_PTR(mgr.m_InputData.GetDataSetSize());
+        try
+        {
+            ReadCsvFile(options.csvFiles[f], sink, ro);
+        }
+        catch (...)
+        {
+            while (INT_PTR(mgr.m_InputData.GetDataSetSize()) > nSets)
+                mgr.m_InputData.DeleteDataSet(int(mgr.m_InputData.GetDataSetSize()) - 1);
+            mgr.m_Attribute.m_XAxis.m_nMinExponent = nXExponent;
+            mgr.m_Attribute.m_YAxis.m_nMinExponent = nYExponent;
+            throw;
+        }
+        const CsvTable& table = sink.Layout();
         if (f == 0 && table.bHeader)
         {
             headerX = table.xName;
             if (options.csvFiles.size() == 1 && table.series.size() == 1)
                 headerY = table.series[0].name;
         }
-        for (CsvSeries& s : table.series)
-        {
-            const int n = int(mgr.m_InputData.GetDataSetSize());
-            AddSeriesToChart(mgr, s, CurveColor(n, options.bLight));
-            // The chart holds the points now; give the memory back early.
-            s = CsvSeries();
-            ++nAdded;
-        }
+        sink.Finish(options.bLight);
+        nAdded += int(sink.SetCount());
     }
     return nAdded;
 }

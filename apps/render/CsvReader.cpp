@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -38,6 +39,71 @@ std::string_view Trim(std::string_view s)
     return s.substr(b, e - b);
 }
 
+// The decimal forms that instruments write ("-1.234567e-09", "0.5") with at
+// most 19 significant digits whose value fits 53 bits, and a power of ten
+// that a double holds exactly (up to 1e22): then one multiplication or
+// division, rounded once, is the correctly rounded value, the same double
+// that from_chars gives. Answers false, having set nothing, for anything
+// else, which from_chars then reads.
+bool ParseSimpleDecimal(const char* p, const char* last, double& value)
+{
+    static constexpr double kPow10[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                        1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                        1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    const bool bNegative = p != last && *p == '-';
+    p += bNegative;
+    std::uint64_t mantissa = 0;
+    int nDigits = 0;     // significant digits taken, leading zeros aside
+    int nAnyDigits = 0;  // digits of any kind before the exponent
+    int nFraction = 0;   // digits after the point
+    for (; p != last && unsigned(*p - '0') < 10; ++p, ++nAnyDigits)
+    {
+        if (mantissa == 0 && *p == '0')
+            continue;
+        if (++nDigits > 19)
+            return false;
+        mantissa = mantissa * 10 + std::uint64_t(*p - '0');
+    }
+    if (p != last && *p == '.')
+    {
+        for (++p; p != last && unsigned(*p - '0') < 10; ++p, ++nAnyDigits, ++nFraction)
+        {
+            if (mantissa == 0 && *p == '0')
+                continue;
+            if (++nDigits > 19)
+                return false;
+            mantissa = mantissa * 10 + std::uint64_t(*p - '0');
+        }
+    }
+    if (nAnyDigits == 0)
+        return false;
+    int exponent = 0;
+    if (p != last && (*p == 'e' || *p == 'E'))
+    {
+        ++p;
+        const bool bNegExp = p != last && *p == '-';
+        p += p != last && (*p == '-' || *p == '+');
+        if (p == last)
+            return false;
+        for (; p != last && unsigned(*p - '0') < 10; ++p)
+        {
+            if (exponent > 10000)
+                return false;
+            exponent = exponent * 10 + (*p - '0');
+        }
+        exponent = bNegExp ? -exponent : exponent;
+    }
+    if (p != last || mantissa > (std::uint64_t(1) << 53))
+        return false;
+    const int e10 = exponent - nFraction;
+    if (e10 < -22 || e10 > 22)
+        return false;
+    double v = double(mantissa);
+    v = e10 < 0 ? v / kPow10[-e10] : v * kPow10[e10];
+    value = bNegative ? -v : v;
+    return true;
+}
+
 NumberStatus ParseNumber(std::string_view field, double& value)
 {
     const char* first = field.data();
@@ -47,6 +113,8 @@ NumberStatus ParseNumber(std::string_view field, double& value)
         ++first;
     if (first == last)
         return NumberStatus::Bad;
+    if (ParseSimpleDecimal(first, last, value))
+        return NumberStatus::Ok;
     auto [ptr, ec] = std::from_chars(first, last, value);
     if (ptr != last)
         return NumberStatus::Bad;
@@ -127,16 +195,23 @@ std::string HeaderName(std::string_view field, std::size_t column)
     return std::string(field);
 }
 
-// Walks the lines of one input and fills the table.
+// Lines per block handed to the sink: large enough that the per-block work
+// vanishes, small enough that the block's numbers stay in the cache's reach.
+constexpr std::size_t kBlockLines = std::size_t(1) << 15;
+
+// Walks the lines of one input and hands the points to the sink in blocks.
 class Parser
 {
 public:
-    Parser(std::string_view text, const std::string& source, const CsvReadOptions& options)
-        : m_text(text), m_source(source), m_options(options)
+    // release, when set, is told how far the text has been consumed.
+    Parser(std::string_view text, const std::string& source, const CsvReadOptions& options,
+           CsvSink& sink, std::function<void(std::size_t)> release = nullptr)
+        : m_text(text), m_source(source), m_options(options), m_sink(sink),
+          m_release(std::move(release))
     {
     }
 
-    CsvTable Run();
+    void Run();
 
 private:
     [[noreturn]] void Fail(std::size_t lineNo, const std::string& what) const
@@ -145,16 +220,25 @@ private:
     }
     void StartTable(std::string_view line, std::string_view trimmed, std::size_t lineNo);
     void AddLine(std::size_t lineNo);
+    bool AddPlainPair(std::string_view line);
     double FieldValue(std::size_t lineNo, std::size_t column) const;
     void ReportProgress(std::size_t pos);
+    void Flush(std::size_t pos);
 
     std::string_view m_text;
     const std::string& m_source;
     const CsvReadOptions& m_options;
+    CsvSink& m_sink;
+    std::function<void(std::size_t)> m_release;
+    // The layout, and the points of the current block.
     CsvTable m_table;
+    std::vector<std::size_t> m_counts;
+    std::size_t m_nBlockLines = 0;
     std::vector<std::string_view> m_fields;
     std::size_t m_nColumns = 0;
     char m_sep = 0;
+    // Two columns and a separator character: the common "x,y" file.
+    bool m_bPlainPairs = false;
     bool m_bProgress = false;
     std::size_t m_nNextProgress = 0;
 };
@@ -164,6 +248,7 @@ void Parser::StartTable(std::string_view line, std::string_view trimmed, std::si
     m_sep = DetectSeparator(trimmed);
     SplitFields(line, m_sep, m_fields);
     m_nColumns = m_fields.size();
+    m_bPlainPairs = !m_options.bColumnPairs && m_sep != 0;
     if (!m_options.bColumnPairs && m_nColumns != 2)
     {
         Fail(lineNo, "expected 2 columns (x, y), found " + std::to_string(m_nColumns) +
@@ -179,6 +264,7 @@ void Parser::StartTable(std::string_view line, std::string_view trimmed, std::si
 
     std::size_t guess = EstimateLines(m_text);
     std::size_t nPairs = m_nColumns / 2;
+    m_counts.assign(nPairs, 0);
     std::string stem = FileStem(m_source);
     m_table.series.resize(nPairs);
     for (std::size_t k = 0; k < nPairs; ++k)
@@ -188,13 +274,32 @@ void Parser::StartTable(std::string_view line, std::string_view trimmed, std::si
             s.name = HeaderName(m_fields[2 * k + 1], 2 * k + 1);
         else
             s.name = nPairs == 1 ? stem : stem + " " + std::to_string(k + 1);
-        s.x.reserve(guess);
-        s.y.reserve(guess);
     }
     if (m_table.bHeader)
         m_table.xName = HeaderName(m_fields[0], 0);
-    else
+    m_sink.Begin(m_table, guess);
+    for (CsvSeries& s : m_table.series)
+    {
+        s.x.reserve(std::min(guess, kBlockLines));
+        s.y.reserve(std::min(guess, kBlockLines));
+    }
+    if (!m_table.bHeader)
         AddLine(lineNo);
+}
+
+void Parser::Flush(std::size_t pos)
+{
+    m_nBlockLines = 0;
+    for (std::size_t k = 0; k < m_table.series.size(); ++k)
+        m_counts[k] += m_table.series[k].x.size();
+    m_sink.Points(m_table.series);
+    for (CsvSeries& s : m_table.series)
+    {
+        s.x.clear();
+        s.y.clear();
+    }
+    if (m_release)
+        m_release(pos);
 }
 
 double Parser::FieldValue(std::size_t lineNo, std::size_t column) const
@@ -242,6 +347,27 @@ void Parser::AddLine(std::size_t lineNo)
     }
 }
 
+// The usual line of a two-column file, split and parsed in place. Anything
+// else (another separator, an empty or bad field) answers false and takes
+// the general path, which also words the error.
+bool Parser::AddPlainPair(std::string_view line)
+{
+    const std::size_t at = line.find(m_sep);
+    if (at == std::string_view::npos)
+        return false;
+    const std::string_view rest = line.substr(at + 1);
+    if (rest.find(m_sep) != std::string_view::npos)
+        return false;
+    double x = 0.0, y = 0.0;
+    if (ParseNumber(Trim(line.substr(0, at)), x) != NumberStatus::Ok ||
+        ParseNumber(Trim(rest), y) != NumberStatus::Ok)
+        return false;
+    CsvSeries& s = m_table.series[0];
+    s.x.push_back(x);
+    s.y.push_back(y);
+    return true;
+}
+
 void Parser::ReportProgress(std::size_t pos)
 {
     if (!m_bProgress || pos < m_nNextProgress)
@@ -250,7 +376,7 @@ void Parser::ReportProgress(std::size_t pos)
     m_nNextProgress = pos + m_text.size() / 20;
 }
 
-CsvTable Parser::Run()
+void Parser::Run()
 {
     std::string_view text = m_text;
     if (text.substr(0, 3) == "\xEF\xBB\xBF")
@@ -282,15 +408,24 @@ CsvTable Parser::Run()
             bStarted = true;
             continue;
         }
-        SplitFields(line, m_sep, m_fields);
-        AddLine(lineNo);
+        if (!m_bPlainPairs || !AddPlainPair(line))
+        {
+            SplitFields(line, m_sep, m_fields);
+            AddLine(lineNo);
+        }
+        if (++m_nBlockLines == kBlockLines)
+        {
+            // pos may lie one past the end of a text with no final newline.
+            Flush(std::min(std::size_t(text.data() - m_text.data()) + pos, m_text.size()));
+        }
         ReportProgress(pos);
     }
     if (!bStarted)
         throw CsvError(m_source + ": no data points");
+    Flush(m_text.size());
     for (std::size_t k = 0; k < m_table.series.size(); ++k)
     {
-        if (!m_table.series[k].x.empty())
+        if (m_counts[k] != 0)
             continue;
         if (m_table.series.size() == 1)
             throw CsvError(m_source + ": no data points");
@@ -299,8 +434,32 @@ CsvTable Parser::Run()
     }
     if (m_bProgress)
         m_options.progress(1.0);
-    return std::move(m_table);
 }
+
+// Gathers the blocks into one table.
+class TableSink : public CsvSink
+{
+public:
+    void Begin(const CsvTable& layout, std::size_t nLinesGuess) override
+    {
+        table = layout;
+        for (CsvSeries& s : table.series)
+        {
+            s.x.reserve(nLinesGuess);
+            s.y.reserve(nLinesGuess);
+        }
+    }
+    void Points(std::vector<CsvSeries>& block) override
+    {
+        for (std::size_t k = 0; k < block.size(); ++k)
+        {
+            CsvSeries& s = table.series[k];
+            s.x.insert(s.x.end(), block[k].x.begin(), block[k].x.end());
+            s.y.insert(s.y.end(), block[k].y.begin(), block[k].y.end());
+        }
+    }
+    CsvTable table;
+};
 
 // A read-only view of a whole file: mapped when it is a regular file, read
 // into memory otherwise (pipes, /dev/stdin).
@@ -330,6 +489,21 @@ public:
     }
     FileText(const FileText&) = delete;
     FileText& operator=(const FileText&) = delete;
+
+    // Gives back the mapped pages that lie wholly before offset: they have
+    // been parsed and are not read again.
+    void Release(std::size_t offset)
+    {
+        if (!m_pMap)
+            return;
+        static const std::size_t page = std::size_t(::sysconf(_SC_PAGESIZE));
+        const std::size_t end = offset / page * page;
+        if (end > m_nReleased)
+        {
+            ::madvise(static_cast<char*>(m_pMap) + m_nReleased, end - m_nReleased, MADV_DONTNEED);
+            m_nReleased = end;
+        }
+    }
 
     std::string_view Text() const
     {
@@ -375,6 +549,7 @@ private:
 
     void* m_pMap = nullptr;
     std::size_t m_nMapSize = 0;
+    std::size_t m_nReleased = 0;
     std::string m_buffer;
 };
 
@@ -395,16 +570,32 @@ std::string FileStem(const std::string& path)
     return name;
 }
 
+void ParseCsv(std::string_view text, const std::string& sourceName, CsvSink& sink,
+              const CsvReadOptions& options)
+{
+    Parser(text, sourceName, options, sink).Run();
+}
+
 CsvTable ParseCsv(std::string_view text, const std::string& sourceName,
                   const CsvReadOptions& options)
 {
-    return Parser(text, sourceName, options).Run();
+    TableSink sink;
+    ParseCsv(text, sourceName, sink, options);
+    return std::move(sink.table);
+}
+
+void ReadCsvFile(const std::string& path, CsvSink& sink, const CsvReadOptions& options)
+{
+    FileText file(path);
+    Parser(file.Text(), path, options, sink, [&file](std::size_t pos) { file.Release(pos); })
+        .Run();
 }
 
 CsvTable ReadCsvFile(const std::string& path, const CsvReadOptions& options)
 {
-    FileText file(path);
-    return ParseCsv(file.Text(), path, options);
+    TableSink sink;
+    ReadCsvFile(path, sink, options);
+    return std::move(sink.table);
 }
 
 } // namespace plotvane

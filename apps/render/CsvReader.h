@@ -59,14 +59,37 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+// Takes a table as it is read, block by block, so that a large file never
+// has its text and all its numbers in memory at once.
+class CsvSink
+{
+public:
+    virtual ~CsvSink() = default;
+    // The first content line has been read: layout holds the names, the
+    // header flag and one series per column pair, with no points yet.
+    // nLinesGuess estimates the data lines, for reserving room.
+    virtual void Begin(const CsvTable& layout, std::size_t nLinesGuess) = 0;
+    // The next points of each series, in file order; a series may have none
+    // in a block. The reader clears the vectors afterwards.
+    virtual void Points(std::vector<CsvSeries>& block) = 0;
+};
+
 // Parses text that came from sourceName (used in messages, and, without a
 // header, for the names: "<stem>" or "<stem> <pair number>").
 CsvTable ParseCsv(std::string_view text, const std::string& sourceName,
                   const CsvReadOptions& options = CsvReadOptions());
+// The same into a sink. An error is thrown after the blocks before it have
+// been handed on.
+void ParseCsv(std::string_view text, const std::string& sourceName, CsvSink& sink,
+              const CsvReadOptions& options = CsvReadOptions());
 
 // Reads and parses a file. Throws CsvError when the file cannot be read,
 // holds a bad line, or holds no points in some series.
 CsvTable ReadCsvFile(const std::string& path, const CsvReadOptions& options = CsvReadOptions());
+// The same into a sink; the pages of the file already parsed are given
+// back to the system as it goes.
+void ReadCsvFile(const std::string& path, CsvSink& sink,
+                 const CsvReadOptions& options = CsvReadOptions());
 
 // Parses one number field (already trimmed) as the reader does: true with a
 // finite value, false for anything else.

@@ -132,3 +132,77 @@ TEST(ChartInput, ChartFilesRoundTrip)
     EXPECT_THROW(plotvane::LoadChartFile(cut, path), ChartInputError);
     EXPECT_THROW(plotvane::SaveChartFile(cut, "/nonexistent/dir/c.pvc"), ChartInputError);
 }
+
+// Files go into the chart block by block; the sets come out as the whole
+// series added one by one would make them.
+TEST(ChartInput, CsvFilesMatchSeriesAddedWhole)
+{
+    const std::string pairs = TempPath("_pairs.csv");
+    const std::string plain = TempPath("_plain.csv");
+    {
+        std::FILE* f = std::fopen(pairs.c_str(), "w");
+        ASSERT_NE(f, nullptr);
+        std::fputs("Time (s),dq,t,dqs\n", f);
+        for (int i = 0; i < 40000; ++i)
+        {
+            if (i < 35000)
+                std::fprintf(f, "%.6e,%g,%.6e,%g\n", i * 1e-12, (i % 9) * 0.1, i * 2e-12, -1e-20);
+            else
+                std::fprintf(f, "%.6e,%g,,\n", i * 1e-12, (i % 9) * 0.1);
+        }
+        std::fclose(f);
+        f = std::fopen(plain.c_str(), "w");
+        ASSERT_NE(f, nullptr);
+        std::fputs("0 1\n1 0\n2 3\n", f);
+        std::fclose(f);
+    }
+    plotvane::RenderOptions o;
+    o.bPairs = true;
+    o.bLight = true;
+    o.csvFiles = {pairs, plain};
+    CPlotvane_Manager streamed;
+    std::string headerX, headerY;
+    EXPECT_EQ(plotvane::AddCsvFiles(streamed, o, headerX, headerY), 3);
+    EXPECT_EQ(headerX, "Time (s)");
+    EXPECT_EQ(headerY, "");
+
+    CPlotvane_Manager whole;
+    plotvane::CsvReadOptions ro;
+    ro.bColumnPairs = true;
+    for (const std::string& path : o.csvFiles)
+    {
+        for (const CsvSeries& s : plotvane::ReadCsvFile(path, ro).series)
+        {
+            const int n = int(whole.m_InputData.GetDataSetSize());
+            plotvane::AddSeriesToChart(whole, s, plotvane::CurveColor(n, true));
+        }
+    }
+    std::remove(pairs.c_str());
+    std::remove(plain.c_str());
+    ASSERT_EQ(streamed.m_InputData.GetDataSetSize(), 3u);
+    EXPECT_EQ(streamed.m_InputData.GetChartPointDArray(0)->GetSize(), 40000);
+    // Values below 1e-18 are stored as 0, as AddData does for any caller.
+    EXPECT_EQ(streamed.m_InputData.GetChartPointDArray(1)->GetAt(34999)->Y, 0.0);
+    EXPECT_EQ(streamed.m_InputData.GetChartPointDArray(2)->m_strName,
+              CString(plotvane::FileStem(plain)));
+    EXPECT_EQ(streamed.m_InputData.GetDrawDataSetCount(), 3);
+    EXPECT_TRUE(streamed == whole);
+
+    // A file that turns bad after its first blocks adds nothing.
+    const std::string bad = TempPath("_bad.csv");
+    {
+        std::FILE* f = std::fopen(bad.c_str(), "w");
+        ASSERT_NE(f, nullptr);
+        for (int i = 0; i < 40000; ++i)
+            std::fprintf(f, "%d,%g\n", i, i < 39999 ? 1e-25 : 0.0);
+        std::fputs("x,1\n", f);
+        std::fclose(f);
+    }
+    o.bPairs = false;
+    o.csvFiles = {bad};
+    const int nExponent = streamed.m_Attribute.m_YAxis.m_nMinExponent;
+    EXPECT_THROW(plotvane::AddCsvFiles(streamed, o, headerX, headerY), plotvane::CsvError);
+    std::remove(bad.c_str());
+    EXPECT_EQ(streamed.m_InputData.GetDataSetSize(), 3u);
+    EXPECT_EQ(streamed.m_Attribute.m_YAxis.m_nMinExponent, nExponent);
+}

@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <charconv>
+#include <cmath>
+#include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <functional>
 #include <string>
@@ -136,4 +140,155 @@ TEST(CsvReader, FilesAndProgress)
     EXPECT_EQ(WhatOf([] { plotvane::ReadCsvFile("/nonexistent/x.csv"); }),
               "cannot open '/nonexistent/x.csv': No such file or directory");
     EXPECT_THROW(plotvane::ReadCsvFile("/tmp"), CsvError);
+}
+
+namespace
+{
+// Keeps what a sink is handed, block by block.
+class RecordingSink : public plotvane::CsvSink
+{
+public:
+    void Begin(const CsvTable& layout, std::size_t) override
+    {
+        ++nBegins;
+        table = layout;
+    }
+    void Points(std::vector<plotvane::CsvSeries>& block) override
+    {
+        ++nBlocks;
+        for (std::size_t k = 0; k < block.size(); ++k)
+        {
+            auto& s = table.series[k];
+            s.x.insert(s.x.end(), block[k].x.begin(), block[k].x.end());
+            s.y.insert(s.y.end(), block[k].y.begin(), block[k].y.end());
+        }
+    }
+    int nBegins = 0;
+    int nBlocks = 0;
+    CsvTable table;
+};
+
+// Two column pairs of 100,000 lines, the second pair ending at line 60,000,
+// with no newline after the last line.
+std::string LongPairText()
+{
+    std::string text = "t,a,t,b\n";
+    for (int i = 0; i < 100000; ++i)
+    {
+        text += std::to_string(i) + ',' + std::to_string(i % 7) + ',';
+        if (i < 60000)
+            text += std::to_string(i) + ',' + std::to_string(-i);
+        else
+            text += ',';
+        if (i + 1 < 100000)
+            text += '\n';
+    }
+    return text;
+}
+} // namespace
+
+TEST(CsvReader, LongInputsArriveInBlocksInFileOrder)
+{
+    const std::string text = LongPairText();
+    CsvReadOptions o;
+    o.bColumnPairs = true;
+    RecordingSink sink;
+    ParseCsv(text, "long.csv", sink, o);
+    EXPECT_EQ(sink.nBegins, 1);
+    EXPECT_GT(sink.nBlocks, 2);
+    ASSERT_EQ(sink.table.series.size(), 2u);
+    const auto& a = sink.table.series[0];
+    const auto& b = sink.table.series[1];
+    ASSERT_EQ(a.x.size(), 100000u);
+    ASSERT_EQ(b.x.size(), 60000u);
+    for (int i = 0; i < 100000; ++i)
+    {
+        ASSERT_EQ(a.x[size_t(i)], i);
+        ASSERT_EQ(a.y[size_t(i)], i % 7);
+    }
+    EXPECT_EQ(b.x.back(), 59999);
+    EXPECT_EQ(b.y.back(), -59999);
+
+    // The same through a mapped file, whose parsed pages are given back as
+    // the reader goes.
+    char path[] = "/tmp/plotvane_csv_XXXXXX";
+    int fd = mkstemp(path);
+    ASSERT_GE(fd, 0);
+    ASSERT_EQ(write(fd, text.data(), text.size()), ssize_t(text.size()));
+    close(fd);
+    CsvTable t = plotvane::ReadCsvFile(path, o);
+    std::remove(path);
+    EXPECT_EQ(t.series[0].x, a.x);
+    EXPECT_EQ(t.series[0].y, a.y);
+    EXPECT_EQ(t.series[1].x, b.x);
+    EXPECT_EQ(t.series[1].y, b.y);
+    EXPECT_EQ(t.series[1].name, "b");
+
+    // A bad line far in still names its line; the blocks before it have
+    // been handed on.
+    std::string bad = text;
+    const std::size_t at = bad.find("\n70000,");
+    ASSERT_NE(at, std::string::npos);
+    bad.replace(at + 1, 5, "7x000");
+    RecordingSink partial;
+    EXPECT_EQ(WhatOf([&] { ParseCsv(bad, "long.csv", partial, o); }),
+              "long.csv:70002: bad number '7x000' in column 1");
+    EXPECT_GT(partial.table.series[0].x.size(), 0u);
+    EXPECT_LT(partial.table.series[0].x.size(), 70000u);
+}
+
+// Numbers must read to the very double that std::from_chars gives, on the
+// short path for plain decimals as on the general one, and be accepted or
+// refused alike: random decimals of 1 to 21 digits with and without a point
+// and an exponent, and forms at the edges of the short path.
+TEST(CsvReader, NumbersReadAsFromChars)
+{
+    auto reference = [](const std::string& s, double& v)
+    {
+        const char* first = s.data();
+        const char* last = first + s.size();
+        if (first != last && *first == '+' && s.size() > 1 && s[1] != '-' && s[1] != '+')
+            ++first;
+        auto [ptr, ec] = std::from_chars(first, last, v);
+        return first != last && ec == std::errc() && ptr == last && std::isfinite(v);
+    };
+    std::vector<std::string> cases = {
+        "0", "-0", "0.0", "-0.000", "+0", "5.", ".5", "-.5", ".", "-", "+", "1e", "1e+", "1e-",
+        "1E5", "1e+05", "9007199254740992", "9007199254740993", "18446744073709551615",
+        "1234567890123456789", "12345678901234567890", "0.00000000000000000001234",
+        "1e22", "1e23", "1e-22", "1e-23", "123456789e-30", "4.9e-324", "1.7976931348623157e308",
+        "1e400", "00012.5000", "1.5e-9x", "1..5", "1e5.5", "--1", "+-1", "nan", "inf",
+        "-1.234567e-09", "2.5E+3", "1e00000000000000000000001", "0e999999"};
+    std::uint64_t state = 15;
+    auto next = [&state](std::uint64_t n)
+    {
+        state = state * 6364136223846793005ULL + 1442695040888963407ULL;
+        return (state >> 33) % n;
+    };
+    for (int i = 0; i < 20000; ++i)
+    {
+        std::string s = next(3) == 0 ? "-" : "";
+        const int nDigits = 1 + int(next(21));
+        const int point = int(next(std::uint64_t(nDigits) + 2)) - 1;
+        for (int d = 0; d < nDigits; ++d)
+        {
+            if (d == point)
+                s += '.';
+            s += char('0' + next(10));
+        }
+        if (next(2))
+            s += "e" + std::to_string(int(next(61)) - 30);
+        cases.push_back(s);
+    }
+    for (const std::string& s : cases)
+    {
+        double want = 0.0, got = 0.0;
+        const bool bWant = reference(s, want);
+        ASSERT_EQ(plotvane::ParseCsvNumber(s, got), bWant) << s;
+        if (bWant)
+        {
+            ASSERT_EQ(std::memcmp(&got, &want, sizeof got), 0)
+                << s << ": " << got << " vs " << want;
+        }
+    }
 }

@@ -6,6 +6,8 @@
 
 #include <array>
 #include <cmath>
+#include <cstring>
+#include <string>
 #include <initializer_list>
 #include <utility>
 #include <vector>
@@ -262,4 +264,56 @@ TEST_F(InputDataStore, DeleteDataSetLeavesTheDrawSetStale)
     EXPECT_EQ(drawn[2], 2);
     EXPECT_EQ(d.GetChartPointDArray(2), nullptr);
     EXPECT_THROW(d.DeleteDataSet(5), CInvalidArgException);
+}
+
+// The block form must leave the same points and axis exponents as one
+// AddData per point, on the values where the two could part: the noise
+// floor's edge, zeros of both signs, non-finite values, and both axis
+// modes with a starting exponent above and below the block's.
+TEST_F(InputDataStore, AddDataBlockMatchesAddDataPerPoint)
+{
+    const std::vector<double> xs = {0.5,    -0.0,  1e-19, 9.99999999995e-20, 9.9e-20, -3e-25,
+                                    12345., 0.0,   2e-7,  INFINITY,          1.0,     NAN};
+    const std::vector<double> ys = {1e-20, 0.0,   -2.5,  1e-19, 7e3, 0.0,
+                                    -0.0,  4e-30, 1e-12, 3.0,   0.0, 1.0};
+    for (int nMagnitude : {0, 1})
+    {
+        for (int nStart : {5, -30})
+        {
+            SCOPED_TRACE(std::to_string(nMagnitude) + " " + std::to_string(nStart));
+            CPlotvane_Manager one, block;
+            std::vector<std::vector<std::pair<double, double>>> points;
+            std::vector<int> exponents;
+            for (CPlotvane_Manager* p : {&one, &block})
+            {
+                p->m_bUseMagnitude = 1;
+                p->m_nMagnitudeScale = nMagnitude;
+                p->m_Attribute.m_XAxis.m_nMinExponent = nStart;
+                p->m_Attribute.m_YAxis.m_nMinExponent = nStart;
+                CPlotvane_InputData& data = p->m_InputData;
+                data.SetCurrentEditSet(data.AddNewDataSet());
+                if (p == &one)
+                {
+                    for (size_t i = 0; i < xs.size(); ++i)
+                        data.AddData(xs[i], ys[i]);
+                }
+                else
+                    data.AddDataBlock(xs.data(), ys.data(), xs.size());
+                points.emplace_back();
+                for (int i = 0; i < data.GetDataSize(0); ++i)
+                    points.back().emplace_back(data.GetDataX(i), data.GetDataY(i));
+                exponents.push_back(p->m_Attribute.m_XAxis.m_nMinExponent);
+                exponents.push_back(p->m_Attribute.m_YAxis.m_nMinExponent);
+            }
+            ASSERT_EQ(points[0].size(), points[1].size());
+            for (size_t i = 0; i < points[0].size(); ++i)
+            {
+                // Compared as bits: the sign of a zero and NaN must carry.
+                EXPECT_EQ(std::memcmp(&points[0][i], &points[1][i], sizeof points[0][i]), 0)
+                    << "point " << i;
+            }
+            EXPECT_EQ(exponents[0], exponents[2]);
+            EXPECT_EQ(exponents[1], exponents[3]);
+        }
+    }
 }
