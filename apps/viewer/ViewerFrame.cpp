@@ -1,5 +1,7 @@
 #include "viewer/ViewerFrame.h"
 
+#include "viewer/ViewerMenus.h"
+
 #include "render/ChartInput.h"
 #include "render/CsvReader.h"
 
@@ -32,7 +34,6 @@ enum
     ID_LINE_1,
     ID_LINE_2,
     ID_LINE_3,
-    ID_MEASURE_EYE,
 };
 
 // The colour presets of "Chart.uis": 0 dark, 1 light.
@@ -107,16 +108,15 @@ void ViewerFrame::BuildMenus()
     view->AppendRadioItem(ID_LINE_2, "Line Width &2");
     view->AppendRadioItem(ID_LINE_3, "Line Width &3");
 
-    auto* measure = new wxMenu;
-    measure->Append(ID_MEASURE_EYE, "&DDR Eye Margins", "Setup and hold margins of the DQ/DQS sets");
-
     auto* help = new wxMenu;
     help->Append(wxID_ABOUT, "&About");
 
     auto* bar = new wxMenuBar;
     bar->Append(file, "&File");
     bar->Append(view, "&View");
-    bar->Append(measure, "&Measure");
+    AddInteractionMenus(*this, *bar);
+    AddDialogMenus(*this, *bar);
+    AddMeasureMenu(*this, *bar);
     bar->Append(help, "&Help");
     SetMenuBar(bar);
 
@@ -129,7 +129,6 @@ void ViewerFrame::BuildMenus()
     Bind(wxEVT_MENU, &ViewerFrame::OnGrid, this, ID_GRID);
     Bind(wxEVT_MENU, &ViewerFrame::OnColours, this, ID_DARK, ID_LIGHT);
     Bind(wxEVT_MENU, &ViewerFrame::OnLineWidth, this, ID_LINE_1, ID_LINE_3);
-    Bind(wxEVT_MENU, &ViewerFrame::OnMeasureEye, this, ID_MEASURE_EYE);
     Bind(wxEVT_MENU, &ViewerFrame::OnAbout, this, wxID_ABOUT);
 }
 
@@ -275,28 +274,6 @@ void ViewerFrame::OnLineWidth(wxCommandEvent& e)
     m_env.SetLineWidth(e.GetId() - ID_LINE_1 + 1);
     m_env.SaveEnvironmentFIle();
     ApplyLook();
-}
-
-void ViewerFrame::OnMeasureEye(wxCommandEvent&)
-{
-    // The overlay draws itself whenever the chart holds DQ/DQS sets, and
-    // leaves its margins in the DQ set.
-    Redraw();
-    wxString text;
-    CPlotvane_InputData& data = m_manager.m_InputData;
-    for (int i = 0; i < int(data.GetDataSetSize()); ++i)
-    {
-        const CChartPointDArray* set = data.GetChartPointDArray(i);
-        if (set->m_dSetupMargin != 0.0 || set->m_dHoldMargin != 0.0)
-            text += wxString::Format("%s: setup %.0f ps, hold %.0f ps\n",
-                                     wxString::FromUTF8(set->m_strName.GetString()),
-                                     set->m_dSetupMargin, set->m_dHoldMargin);
-    }
-    if (text.empty())
-        text = "The chart holds no measured DQ/DQS sets.\nOpen a chart written by "
-               "plotvane-render --demo ddr-write --save-chart, for example.";
-    wxMessageBox(text, "DDR Eye Margins",
-                 wxOK | wxICON_INFORMATION, this);
 }
 
 void ViewerFrame::OnAbout(wxCommandEvent&)

@@ -30,11 +30,14 @@ public:
     // Draws the chart now (after a load or a change of look).
     void Redraw();
     CPlotvane_Manager& Manager() { return m_manager; }
+    CGLPlotvane_Environment& Environment() { return m_env; }
     const std::vector<std::string>& Messages() const { return m_messages; }
+    // A message box, or standard error in batch mode.
+    void Tell(const wxString& text);
+    bool IsBatch() const { return m_bBatch; }
 
 private:
     void BuildMenus();
-    void Tell(const wxString& text);
     void ApplyLook();
     void OnOpen(wxCommandEvent&);
     void OnSaveChart(wxCommandEvent&);
@@ -44,7 +47,6 @@ private:
     void OnGrid(wxCommandEvent&);
     void OnColours(wxCommandEvent& e);
     void OnLineWidth(wxCommandEvent& e);
-    void OnMeasureEye(wxCommandEvent&);
     void OnAbout(wxCommandEvent&);
     void OnClose(wxCloseEvent& e);
 

@@ -1,0 +1,8 @@
+#include "viewer/ViewerMenus.h"
+
+namespace plotvane::viewer
+{
+
+void AddInteractionMenus(ViewerFrame& /*frame*/, wxMenuBar& /*bar*/) {}
+
+} // namespace plotvane::viewer
