@@ -49,6 +49,54 @@ void CPlotvane_Manager::ViewZoomfit()
     m_ChartDlg.GetGLChartView()->ViewZoomfit();
 }
 
+void CPlotvane_Manager::DrawGLChartViewXClippingLine(int bVertical, double dValue)
+{
+    m_ChartDlg.GetGLChartView()->SetGLChartViewClippingLine(bVertical, dValue);
+}
+
+void CPlotvane_Manager::RemoveClippingBoxArray()
+{
+    m_ChartDlg.GetGLChartView()->RemoveClippingBoxArray();
+    RedrawGLChartView();
+}
+
+void CPlotvane_Manager::RemoveClippingLineArray()
+{
+    m_ChartDlg.GetGLChartView()->RemoveClippingLineArray();
+    RedrawGLChartView();
+}
+
+void CPlotvane_Manager::SetClickZoomAvailable(int v)
+{
+    m_bClickZoomStarted = 0;
+    m_ChartDlg.GetGLChartView()->SetClickZoomAvailable(v);
+}
+
+void CPlotvane_Manager::SetClickZoomState(int n)
+{
+    m_ChartDlg.GetGLChartView()->SetClickZoomState(n);
+}
+
+void CPlotvane_Manager::ShowGLChartVerticalClipping(int n)
+{
+    m_ChartDlg.GetGLChartView()->ShowVerticalClipping(n);
+}
+
+void CPlotvane_Manager::ShowGLChartHorizontalClipping(int n)
+{
+    m_ChartDlg.GetGLChartView()->ShowHorizontalClipping(n);
+}
+
+void CPlotvane_Manager::ShowGLChartVerticalClippingBox(int n)
+{
+    m_ChartDlg.GetGLChartView()->ShowVerticalClippingBox(n);
+}
+
+void CPlotvane_Manager::ShowGLChartHorizontalClippingBox(int n)
+{
+    m_ChartDlg.GetGLChartView()->ShowHorizontalClippingBox(n);
+}
+
 int CPlotvane_Manager::GetDefaultFontSize()
 {
     return m_ChartDlg.GetGLChartView()->m_pFontDefault->m_nFontSize;

@@ -129,6 +129,17 @@ public:
     void GetCurrentGLChartViewRightBtmPoint(double& x, double& y);
     void SetViewAreaByPoint(CPointF p1, CPointF p2);
     void ViewZoomfit();
+    // Cursors and click zoom, forwarded to the view; the two Remove
+    // operations redraw.
+    void DrawGLChartViewXClippingLine(int bVertical, double dValue);
+    void RemoveClippingBoxArray();
+    void RemoveClippingLineArray();
+    void SetClickZoomAvailable(int v);
+    void SetClickZoomState(int n);
+    void ShowGLChartVerticalClipping(int n);
+    void ShowGLChartHorizontalClipping(int n);
+    void ShowGLChartVerticalClippingBox(int n);
+    void ShowGLChartHorizontalClippingBox(int n);
     int GetDefaultFontSize();
     int GetMeasureFontSize();
     int GetXYFontSize();

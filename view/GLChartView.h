@@ -32,14 +32,13 @@
 //   overlays/OverUnderShoot.cpp    overshoot, undershoot, VSEH, VSEL and the
 //                                  shaded area (display list)
 //   overlays/DifferentialLevels.cpp  VIX and VID (display list)
-//   ChartLayerStubs.cpp            layers still empty; each body moves out to
-//                                  its family's source when written:
-//     Cursors.cpp                  clipping lines and boxes, cross lines
-//     ViewInput.cpp                mouse, keyboard, click zoom and wheel
-//     Annotations.cpp              node names, free texts and lines
-//     overlays/TargetImpedance.cpp target impedance, linear and log
-//     overlays/FlightCrosstalk.cpp flight time, NEXT/FEXT points, TDR
+//   overlays/TargetImpedance.cpp target impedance, linear and log
+//   overlays/FlightCrosstalk.cpp flight time, NEXT/FEXT points, TDR
 //                                  impedance, DFE frequency marks
+//   Cursors.cpp                    clipping lines and boxes, cross lines
+//   ViewInput.cpp                  mouse, keyboard, click zoom, wheel and
+//                                  the selection pass
+//   Annotations.cpp                node names, free texts and lines
 #pragma once
 
 #include <plotvane/foundation/MFCString.h>
@@ -125,10 +124,53 @@ public:
     double GetTextLPWidth(CRectF& rc, int nPixels);
     void AllChangeLineWidth(double d);
 
-    // ---- mouse zoom (wired for the host dialogs; drawn by the input layer)
-    void SetClickZoomAvailable(int bAvailable);
+    // ---- cursors and clipping boxes (Cursors.cpp)
+    // Prepares the label, crossing texts and distance line of a line just
+    // placed by a click; index is its place in the manager's array.
+    void SetGLChartViewClipingText(CChartClippingLine* pLine, int index);
+    // A line from the host, with no texts.
+    void SetGLChartViewClippingLine(int bVertical, double dValue);
+    void RemoveClippingLineArray();
+    void RemoveClippingBoxArray();
+    void ShowVerticalClipping(int n);
+    void ShowHorizontalClipping(int n);
+    void ShowVerticalClippingBox(int n);
+    void ShowHorizontalClippingBox(int n);
+    // Distances between all lines of a direction; the frame does not call
+    // them, a host may.
+    void DrawXClippingValueDelta();
+    void DrawXClippingValueDelta_Log();
+    void DrawYClippingValueDelta();
+
+    // ---- mouse, keyboard and zoom (ViewInput.cpp)
+    void OnLButtonDown(UINT nFlags, CPoint point) override;
+    void OnLButtonUp(UINT nFlags, CPoint point) override;
+    void OnMouseMove(UINT nFlags, CPoint point) override;
+    BOOL OnMouseWheel(UINT nFlags, short zDelta, CPoint pt) override;
+    void OnRButtonDown(UINT nFlags, CPoint point) override;
+    void OnRButtonUp(UINT nFlags, CPoint point) override;
+    BOOL PreTranslateMessage(MSG* pMsg) override;
+    // Clears m_arrSelectNames and fills it; answers the hit count.
+    int ProcessSelection(int x, int y);
+    // The selection pass at a client point; appends the names hit.
+    int ProcessSelection(int x, int y, CDWordArray& names);
+    bool PickingText(CChartTextData* pText, CPointF pt);
+    void ClickZoomArea(CPoint point);
+    void Pan_View(UINT nKey);
     void ZoomIn();
     void ZoomOut();
+    void ApplyZoomAreaToViewAndAdjustDecimalOfParentDlg(int bRepaint);
+    void SetClickZoomAvailable(int bAvailable);
+    void SetClickZoomState(int nState);
+
+    // ---- annotation layer (Annotations.cpp)
+    void SetDrawMode(int nMode);
+    int GetDrawMode() const { return m_nDrawMode; }
+    int GetDrawStep() const { return m_nDrawStep; }
+    void DrawTextData(double x, double y, DWORD color, const CString& text);
+    void ClearTextDB();
+    void ClearLineDB();
+    void ClearSelectNodeNames();
     void AllChangeLineDataWidth(double d);
 
     // ---- frame (GLChartView.cpp)
@@ -252,10 +294,21 @@ public:
 
 protected:
     // Layers of the frame that are drawn by cursors, overlays and the
-    // annotation layer. Until those are written each of them draws nothing
-    // (see ChartLayerStubs.cpp); the frame already calls them in their place.
+    // annotation layer, called by the frame in their place.
     void DrawXClippingLine();
+    void DrawXClippingLine_Log() { DrawXClippingLine(); }
     void DrawYClippingLine();
+    void DrawYClippingLine_Log() { DrawYClippingLine(); }
+    void DrawXClippingValueText(CChartClippingLine* pLine, int& nCounter);
+    void DrawXClippingValueText_Log(CChartClippingLine* pLine, int& nCounter)
+    {
+        DrawXClippingValueText(pLine, nCounter);
+    }
+    void DrawYClippingValueText(CChartClippingLine* pLine, int& nCounter);
+    void DrawYClippingValueText_Log(CChartClippingLine* pLine, int& nCounter)
+    {
+        DrawYClippingValueText(pLine, nCounter);
+    }
     void DrawClippingBox();
     void DrawCrossLine();
     void DrawCrossLine_Log();
