@@ -1,34 +1,15 @@
 #include <plotvane/dialogs/Dialog.h>
 
+#include <plotvane/dialogs/DialogResources.h>
+
 #include <plotvane/platform/Backend.h>
 
 namespace plotvane
 {
 
-namespace
-{
-
-// The chart host dialog: a child holding the "View" placeholder, which the
-// chart view covers, and a small static in its corner.
-DialogResource ChartDialogResource()
-{
-    DialogResource r;
-    r.id = 20502;
-    r.style = 0x50000040;
-    r.cx = 338;
-    r.cy = 304;
-    r.fontName = "Tahoma";
-    r.fontPoints = 9;
-    r.controls.push_back({11008, "STATIC", "View", CRect(0, 0, 338, 304), WS_CHILD | WS_VISIBLE});
-    r.controls.push_back({11018, "STATIC", "", CRect(0, 0, 97, 25), WS_CHILD | WS_VISIBLE});
-    return r;
-}
-
-} // namespace
-
 const DialogResource* FindDialogResource(UINT id)
 {
-    static const std::vector<DialogResource> resources = {ChartDialogResource()};
+    static const std::vector<DialogResource> resources = LibraryDialogResources();
     for (const DialogResource& r : resources)
     {
         if (r.id == id)
@@ -97,6 +78,57 @@ BOOL CDialog::Create(UINT nIDTemplate, CWnd* pParentWnd)
     }
     OnInitDialog();
     return TRUE;
+}
+
+INT_PTR CDialog::DoModal()
+{
+    CWnd* pParent = m_pParentWnd;
+    m_pParentWnd = nullptr; // a top-level window, owned by nobody
+    const BOOL bMade = Create(m_nIDTemplate);
+    m_pParentWnd = pParent;
+    if (!bMade)
+        return -1;
+    m_bModal = 1;
+    const int result = plotvane::GetBackend().RunModalLoop(m_hWnd);
+    m_bModal = 0;
+    DestroyWindow();
+    return result;
+}
+
+void CDialog::EndDialog(int nResult)
+{
+    if (m_hWnd == nullptr)
+        return;
+    if (m_bModal)
+        plotvane::GetBackend().EndModalLoop(m_hWnd, nResult);
+    else
+        ShowWindow(SW_HIDE);
+}
+
+void CDialog::OnOK()
+{
+    if (UpdateData(TRUE))
+        EndDialog(IDOK);
+}
+
+void CDialog::OnCancel()
+{
+    EndDialog(IDCANCEL);
+}
+
+BOOL CDialog::OnCommand(WPARAM wParam, LPARAM /*lParam*/)
+{
+    switch (LOWORD(wParam))
+    {
+    case IDOK:
+        OnOK();
+        return TRUE;
+    case IDCANCEL:
+        OnCancel();
+        return TRUE;
+    default:
+        return FALSE;
+    }
 }
 
 BOOL CDialog::OnInitDialog()

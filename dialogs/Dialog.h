@@ -74,6 +74,19 @@ public:
     // pParentWnd (top-level when null), then runs data exchange and
     // OnInitDialog. FALSE for an unknown resource or a failed window.
     virtual BOOL Create(UINT nIDTemplate, CWnd* pParentWnd = nullptr);
+    // Makes the dialog as a top-level window, runs it until EndDialog and
+    // destroys it; answers the result given to EndDialog (IDOK, IDCANCEL),
+    // or -1 when the window could not be made. The members hold what OK
+    // exchanged.
+    virtual INT_PTR DoModal();
+    // Ends a modal run with this result; a dialog that is not modal just
+    // hides.
+    void EndDialog(int nResult);
+    // OK: controls to members, then EndDialog(IDOK). Cancel: EndDialog
+    // (IDCANCEL), members untouched.
+    virtual void OnOK();
+    virtual void OnCancel();
+    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
     // Initialises the controls from the members.
     virtual BOOL OnInitDialog();
     virtual void DoDataExchange(CDataExchange* pDX);
@@ -87,14 +100,10 @@ public:
 
     CWnd* m_pParentWnd;
 
-    // Makes the control of the resource with this id the window of rCtrl.
-    friend void DDX_Control(CDataExchange* pDX, int nIDC, CWnd& rCtrl);
-// The control's text to value (saving) or back.
-void DDX_Text(CDataExchange* pDX, int nIDC, CString& value);
-
 private:
     using CWnd::Create;
     UINT m_nIDTemplate;
+    int m_bModal = 0;
     // Controls that no member is bound to.
     std::vector<std::unique_ptr<CWnd>> m_ownControls;
 };

@@ -1,5 +1,6 @@
 #include <plotvane/dialogs/Plotvane_Dlg.h>
 
+#include <plotvane/dialogs/DialogResources.h>
 #include <plotvane/dialogs/Menu.h>
 #include <plotvane/document/Plotvane_InputData.h>
 #include <plotvane/view/GLChartView.h>
@@ -345,3 +346,24 @@ void CGLPlotvane_Dlg::OnLButtonDown(UINT nFlags, CPoint point)
     SetFocus();
     CExtResizableDialog::OnLButtonDown(nFlags, point);
 }
+
+namespace plotvane
+{
+
+// The chart host dialog: a child holding the "View" placeholder, which the
+// chart view covers, and a small static in its corner.
+DialogResource ChartDialogResource()
+{
+    DialogResource r;
+    r.id = 20502;
+    r.style = 0x50000040;
+    r.cx = 338;
+    r.cy = 304;
+    r.fontName = "Tahoma";
+    r.fontPoints = 9;
+    r.controls.push_back({11008, "STATIC", "View", CRect(0, 0, 338, 304), WS_CHILD | WS_VISIBLE});
+    r.controls.push_back({11018, "STATIC", "", CRect(0, 0, 97, 25), WS_CHILD | WS_VISIBLE});
+    return r;
+}
+
+} // namespace plotvane

@@ -37,6 +37,13 @@ UINT Backend::TrackPopupMenu(const PopupMenuItems& /*items*/, CPoint /*screen*/,
     return 0;
 }
 
+int Backend::RunModalLoop(HWND /*hwnd*/)
+{
+    return IDCANCEL;
+}
+
+void Backend::EndModalLoop(HWND /*hwnd*/, int /*result*/) {}
+
 bool Backend::ChooseColor(HWND /*owner*/, COLORREF& /*color*/)
 {
     return false;

@@ -138,6 +138,11 @@ public:
     virtual UINT TrackPopupMenu(const PopupMenuItems& items, CPoint screen, HWND owner);
     // The colour chooser; false when cancelled (the default: no chooser).
     virtual bool ChooseColor(HWND owner, COLORREF& color);
+    // Runs the top-level dialog window hwnd modally until EndModalLoop, and
+    // answers the result given there. The default, with nobody to answer,
+    // ends at once with IDCANCEL.
+    virtual int RunModalLoop(HWND hwnd);
+    virtual void EndModalLoop(HWND hwnd, int result);
     // Writes GetFrontImage as PNG (RGB, or RGBA with withAlpha); false when
     // there is no image or the file cannot be written.
     bool SaveFrontImage(HWND hwnd, const CString& path, bool withAlpha = false);

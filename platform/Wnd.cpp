@@ -494,6 +494,10 @@ LRESULT CWnd::WindowProc(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_KEYUP:
         OnKeyUp(UINT(wParam), LOWORD(lParam), HIWORD(lParam));
         return 0;
+    case WM_COMMAND:
+        if (OnCommand(wParam, lParam))
+            return 0;
+        return DefWindowProc(message, wParam, lParam);
     default:
         return DefWindowProc(message, wParam, lParam);
     }
@@ -550,6 +554,11 @@ LRESULT CWnd::Default()
     if (t_current.pWnd != this)
         return 0;
     return DefWindowProc(t_current.message, t_current.wParam, t_current.lParam);
+}
+
+BOOL CWnd::OnCommand(WPARAM /*wParam*/, LPARAM /*lParam*/)
+{
+    return FALSE;
 }
 
 BOOL CWnd::PreTranslateMessage(MSG* /*pMsg*/)

@@ -147,6 +147,9 @@ public:
     virtual void OnContextMenu(CWnd* pWnd, CPoint pos);
     virtual void OnKeyDown(UINT nChar, UINT nRepCnt, UINT nFlags);
     virtual void OnKeyUp(UINT nChar, UINT nRepCnt, UINT nFlags);
+    // WM_COMMAND: a control's id in the low word of wParam. TRUE when
+    // handled; unhandled commands go to DefWindowProc.
+    virtual BOOL OnCommand(WPARAM wParam, LPARAM lParam);
 
     HWND m_hWnd = nullptr;
 

@@ -473,7 +473,7 @@ void CGLChartView::DeleteDisplayList()
 
 void CGLChartView::OnText(const CString& text, const CPointD& position)
 {
-    if (!m_textHook && !m_bCompilingList)
+    if ((!m_textHook && !m_bCompilingList) || m_bSelecting)
         return;
     plotvane::ChartText t;
     t.strText = text;

@@ -355,6 +355,57 @@ protected:
     };
 
 private:
+    // ---- cursor helpers (Cursors.cpp)
+    // All lines of one direction, each with its texts; the counter of each
+    // direction runs on its own.
+    void DrawClippingLines(int bVertical);
+    // Distance mark, crossing texts and label of one line, with the distance
+    // and value switches of its direction.
+    void DrawClippingLineTexts(CChartClippingLine* pLine, int nCounter, int bDistance,
+                               int bValue);
+    // The distances between neighbouring lines of one direction, for hosts.
+    void DrawClippingValueDelta(int bVertical, int bLog);
+    // The box under placement while it is still in the manager's array; null
+    // once the array was emptied under it.
+    CChartClippingBox* GetPendingBox() const;
+
+protected:
+    // ---- placing cursors by click; OnLButtonDown calls them with the
+    // logical point of the press.
+    // A new clipping line at p with its crossing values and texts, as the
+    // left press of a placing mode makes it.
+    void AddClickedClippingLine(int bVertical, const CPointF& p);
+    // One click of a two-click clipping box: the first makes the box,
+    // invisible, the second completes it with its W= and H= texts.
+    void ClickClippingBox(int bVertical, const CPointF& p);
+
+private:
+    // -- end of cursor helpers
+
+    // ---- input steps (ViewInput.cpp)
+    // Writes the moved text back where it hangs and ends the move.
+    void DropPickedText();
+    // The first click of a click zoom marks a corner, the second zooms.
+    void ClickZoomPress(CPoint point);
+    // Every placing mode that is on acts; false when none is.
+    bool PlaceCursorsAt(CPoint point);
+    // Makes the text hang on the mouse in place of its record.
+    void GrabText(CChartTextData* pText);
+    void GrabTextAt(CPoint point);
+    void LabelCurvesAt(CPoint point);
+    void ShowCoordinates(CPoint point);
+    void DrawClickZoomBand(CPoint point);
+    void LeaveModesByEsc();
+    // The one-line text dialog over the string of m_pCurrentText.
+    void AskCurrentText();
+    // Set while a selection pass renders the scene.
+    int m_bSelecting = 0;
+
+    // ---- annotation steps (Annotations.cpp)
+    // A collection is about to free its records: a text hanging on the
+    // mouse from it is let go.
+    void ForgetPickedTextIn(CChartTextDataArray& texts);
+
     void OnText(const CString& text, const CPointD& position) override;
     // Hands the texts of the display list to the hook, as if drawn now.
     void ReportListTexts();

@@ -441,22 +441,11 @@ void CGLWnd::OnMouseMove(UINT nFlags, CPoint point)
         {
             // Drawn with XOR on the shown frame: drawing the old line again
             // erases it, so that no repaint is needed while dragging.
-            MakeCurrent();
-            glDrawBuffer(GL_FRONT);
-            glPushAttrib(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_ENABLE_BIT);
-            glDisable(GL_DEPTH_TEST);
-            glEnable(GL_COLOR_LOGIC_OP);
-            glLogicOp(GL_XOR);
-            glColor3ub(255, 255, 255);
-            glPushMatrix();
+            BeginFrontXor();
             DrawRubberLine();
             m_ptDragEnd = point;
             DrawRubberLine();
-            glPopMatrix();
-            glPopAttrib();
-            glFlush();
-            plotvane::FrontBufferFlushed(m_pDC != nullptr ? m_pDC->GetSafeHdc() : nullptr);
-            glDrawBuffer(GL_BACK);
+            EndFrontXor();
         }
         else
         {
@@ -464,6 +453,27 @@ void CGLWnd::OnMouseMove(UINT nFlags, CPoint point)
         }
     }
     CWnd::OnMouseMove(nFlags, point);
+}
+
+void CGLWnd::BeginFrontXor()
+{
+    MakeCurrent();
+    glDrawBuffer(GL_FRONT);
+    glPushAttrib(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_ENABLE_BIT);
+    glDisable(GL_DEPTH_TEST);
+    glEnable(GL_COLOR_LOGIC_OP);
+    glLogicOp(GL_XOR);
+    glColor3ub(255, 255, 255);
+    glPushMatrix();
+}
+
+void CGLWnd::EndFrontXor()
+{
+    glPopMatrix();
+    glPopAttrib();
+    glFlush();
+    plotvane::FrontBufferFlushed(m_pDC != nullptr ? m_pDC->GetSafeHdc() : nullptr);
+    glDrawBuffer(GL_BACK);
 }
 
 void CGLWnd::DrawRubberLine()

@@ -72,6 +72,13 @@ public:
     void OnRButtonUp(UINT nFlags, CPoint point) override;
     void OnMouseMove(UINT nFlags, CPoint point) override;
 
+protected:
+    // Drawing straight into the shown frame with XOR, white, depth test off:
+    // drawing the same thing twice erases it. Between the two calls the
+    // modelview matrix is pushed.
+    void BeginFrontXor();
+    void EndFrontXor();
+
 private:
     void DrawRubberLine();
 };

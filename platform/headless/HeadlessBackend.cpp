@@ -25,6 +25,16 @@ struct HeadlessBackend::Impl
     int colorDepth = 32;
     int messageBoxAnswer = 0;
     std::vector<CString> messageLog;
+    ModalHandler modalHandler;
+    // Modal runs in progress, innermost last: the dialog and its result once
+    // ended.
+    struct ModalRun
+    {
+        HWND hwnd;
+        int result;
+        bool ended;
+    };
+    std::vector<ModalRun> modalRuns;
 };
 
 HeadlessBackend::HeadlessBackend() : m_impl(std::make_unique<Impl>()) {}
@@ -237,6 +247,35 @@ LRESULT HeadlessBackend::DefWindowProc(HWND hwnd, UINT message, WPARAM wParam, L
 
 // ---------------------------------------------------------------------------
 // Message boxes, keys and the display
+
+void HeadlessBackend::SetModalHandler(ModalHandler handler)
+{
+    m_impl->modalHandler = std::move(handler);
+}
+
+int HeadlessBackend::RunModalLoop(HWND hwnd)
+{
+    m_impl->modalRuns.push_back({hwnd, IDCANCEL, false});
+    // A copy: the handler may replace itself, or open a nested dialog.
+    ModalHandler handler = m_impl->modalHandler;
+    if (handler)
+        handler(hwnd);
+    const int result = m_impl->modalRuns.back().result;
+    m_impl->modalRuns.pop_back();
+    return result;
+}
+
+void HeadlessBackend::EndModalLoop(HWND hwnd, int result)
+{
+    for (auto& run : m_impl->modalRuns)
+    {
+        if (run.hwnd == hwnd && !run.ended)
+        {
+            run.result = result;
+            run.ended = true;
+        }
+    }
+}
 
 int HeadlessBackend::MessageBox(HWND /*owner*/, const CString& text, const CString& caption,
                                 UINT type)

@@ -32,6 +32,11 @@ class HeadlessBackend : public Backend
 {
 public:
     using MessageHandler = std::function<LRESULT(UINT message, WPARAM wParam, LPARAM lParam)>;
+    // Stands in for the user of a modal dialog: called once the dialog's
+    // window and controls exist; it may type into the controls and press a
+    // button (WM_COMMAND to the dialog). A dialog it leaves open ends with
+    // IDCANCEL.
+    using ModalHandler = std::function<void(HWND dialog)>;
 
     HeadlessBackend();
     ~HeadlessBackend() override;
@@ -50,6 +55,8 @@ public:
     const std::vector<CString>& GetMessageBoxLog() const;
     void ClearMessageBoxLog();
     void SetMessageHandler(HWND hwnd, MessageHandler handler);
+    // Null: every modal dialog is cancelled, as if nobody were there.
+    void SetModalHandler(ModalHandler handler);
     int GetInvalidateCount(HWND hwnd) const;
     // Paints every visible window that has a paint due, parents first.
     void PaintPending();
@@ -84,6 +91,8 @@ public:
     LRESULT DefWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam) override;
     int MessageBox(HWND owner, const CString& text, const CString& caption, UINT type) override;
     SHORT GetAsyncKeyState(int vk) override;
+    int RunModalLoop(HWND hwnd) override;
+    void EndModalLoop(HWND hwnd, int result) override;
     int GetDisplayColorDepth() override;
     bool IsHardwareAccelerated(HWND parent, CString& info) override;
     HDC GetDC(HWND hwnd) override;

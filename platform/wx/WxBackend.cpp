@@ -3,7 +3,9 @@
 #include <plotvane/platform/wx/WxBackendImpl.h>
 #include <plotvane/view/GLWnd.h>
 
+#include <wx/app.h>
 #include <wx/button.h>
+#include <wx/dialog.h>
 #include <wx/frame.h>
 #include <wx/stattext.h>
 #include <wx/statusbr.h>
@@ -65,7 +67,18 @@ HWND WxBackend::CreateNativeWindow(CWnd* owner, const WindowParams& params)
 
     wxWindow* window = nullptr;
     wxGLCanvas* canvas = nullptr;
-    if (parent == nullptr)
+    if (parent == nullptr && cls == "#32770")
+    {
+        // A dialog of its own (a modal one, say): a wx dialog, so that it
+        // can run modally and take Enter and Esc as OK and Cancel.
+        auto* dialog = new wxDialog(wxTheApp != nullptr ? wxTheApp->GetTopWindow() : nullptr, id,
+                                    text, pos, wxDefaultSize, wxDEFAULT_DIALOG_STYLE);
+        dialog->SetAffirmativeId(IDOK);
+        dialog->SetEscapeId(IDCANCEL);
+        dialog->SetClientSize(size);
+        window = dialog;
+    }
+    else if (parent == nullptr)
     {
         auto* frame = new wxFrame(nullptr, id, text, pos, wxDefaultSize);
         frame->SetClientSize(size);
@@ -79,7 +92,26 @@ HWND WxBackend::CreateNativeWindow(CWnd* owner, const WindowParams& params)
     else if (cls == "STATIC")
         window = new wxStaticText(parent->window, id, text, pos, size);
     else if (cls == "BUTTON")
-        window = new wxButton(parent->window, id, text, pos, size);
+    {
+        auto* button = new wxButton(parent->window, id, text, pos, size);
+        // A press is a command to the dialog, with the button's id.
+        const UINT commandId = params.id;
+        button->Bind(wxEVT_BUTTON, [this, button, commandId](wxCommandEvent&) {
+            CWnd* pDialog = nullptr;
+            for (wxWindow* p = button->GetParent(); p != nullptr && pDialog == nullptr;
+                 p = p->GetParent())
+            {
+                auto it = m_impl->byWindow.find(p);
+                if (it != m_impl->byWindow.end())
+                    pDialog = it->second->owner;
+            }
+            if (pDialog != nullptr)
+                pDialog->SendMessage(WM_COMMAND, WPARAM(commandId & 0xFFFF), 0);
+        });
+        if (params.id == UINT(IDOK))
+            button->SetDefault();
+        window = button;
+    }
     else if (cls == "EDIT")
         window = new wxTextCtrl(parent->window, id, text, pos, size);
     else if (cls == "msctls_statusbar32")

@@ -111,6 +111,8 @@ public:
     void ControlChanged(HWND hwnd) override;
     UINT TrackPopupMenu(const PopupMenuItems& items, CPoint screen, HWND owner) override;
     bool ChooseColor(HWND owner, COLORREF& color) override;
+    int RunModalLoop(HWND hwnd) override;
+    void EndModalLoop(HWND hwnd, int result) override;
 
     struct Impl;
 

@@ -6,6 +6,7 @@
 #include <plotvane/platform/wx/WxBackendImpl.h>
 
 #include <wx/colordlg.h>
+#include <wx/dialog.h>
 #include <wx/menu.h>
 #include <wx/msgdlg.h>
 #include <wx/statusbr.h>
@@ -19,6 +20,26 @@ namespace plotvane
 
 // ---------------------------------------------------------------------------
 // Message boxes, keys, cursors, display
+
+int WxBackend::RunModalLoop(HWND hwnd)
+{
+    WindowRecord* r = m_impl->Find(hwnd);
+    auto* dialog = r != nullptr ? dynamic_cast<wxDialog*>(r->window) : nullptr;
+    if (dialog == nullptr)
+        return IDCANCEL;
+    dialog->CentreOnParent();
+    const int result = dialog->ShowModal();
+    // Closing the window by its frame is a cancel.
+    return result == wxID_CANCEL ? IDCANCEL : result;
+}
+
+void WxBackend::EndModalLoop(HWND hwnd, int result)
+{
+    WindowRecord* r = m_impl->Find(hwnd);
+    auto* dialog = r != nullptr ? dynamic_cast<wxDialog*>(r->window) : nullptr;
+    if (dialog != nullptr && dialog->IsModal())
+        dialog->EndModal(result);
+}
 
 int WxBackend::MessageBox(HWND owner, const CString& text, const CString& caption, UINT type)
 {

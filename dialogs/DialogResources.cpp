@@ -1,0 +1,11 @@
+#include <plotvane/dialogs/DialogResources.h>
+
+namespace plotvane
+{
+
+std::vector<DialogResource> LibraryDialogResources()
+{
+    return {ChartDialogResource(), InputTextDialogResource()};
+}
+
+} // namespace plotvane
