@@ -233,8 +233,5 @@ void CGLChartView::ZoomPDNArea()
     m.m_bClickZoomAvailable = 0;
     m.m_bClickZoomStarted = 0;
     Invalidate();
-    // Paint now so that the new projection is in force at once; telling the
-    // host about the new grid belongs to the zoom handling of the input
-    // layer.
-    OnPaint();
+    ApplyZoomAreaToViewAndAdjustDecimalOfParentDlg(1);
 }

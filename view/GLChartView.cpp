@@ -167,6 +167,10 @@ void CGLChartView::SetChartDrawFit()
 // keeps for the value texts, so that the smaller corner lands on the origin.
 void CGLChartView::SetViewAreaByPoint(CPointF p1, CPointF p2)
 {
+    // Points taken from a window without area are no numbers: keep the view.
+    if (!std::isfinite(p1.x) || !std::isfinite(p1.y) || !std::isfinite(p2.x) ||
+        !std::isfinite(p2.y))
+        return;
     const double a = std::fmin(double(p1.x), double(p2.x));
     const double b = std::fmax(double(p1.x), double(p2.x));
     const double c = std::fmin(double(p1.y), double(p2.y));

@@ -304,6 +304,14 @@ void CGLWnd::SetViewProjection(int width, int height)
 {
     const float windowAspect = float(width) / float(height);
     const float viewAspect = m_rcViewArea.width / m_rcViewArea.height;
+    // No aspect to match for a window or an area without size: the area is
+    // shown as it is, and stays.
+    if (width <= 0 || height <= 0 || !std::isfinite(viewAspect) || viewAspect <= 0.0f)
+    {
+        glOrtho(m_rcViewArea.Left(), m_rcViewArea.Right(), m_rcViewArea.Bottom(),
+                m_rcViewArea.Top(), m_fNear, m_fFar);
+        return;
+    }
     float left = m_rcViewArea.Left();
     float right = m_rcViewArea.Right();
     float bottom = m_rcViewArea.Bottom();
@@ -345,6 +353,9 @@ void CGLWnd::FitCurViewAreaWithWindow()
 
 void CGLWnd::OffsetViewArea(float dx, float dy)
 {
+    // A window without area maps points to no number at all; the view stays.
+    if (!std::isfinite(m_rcViewArea.x + dx) || !std::isfinite(m_rcViewArea.y + dy))
+        return;
     m_rcViewArea.x += dx;
     m_rcViewArea.y += dy;
 }
