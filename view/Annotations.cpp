@@ -164,17 +164,19 @@ void CGLChartView::OnLButtonUp(UINT nFlags, CPoint point)
     CGLWnd::OnLButtonUp(nFlags, point);
 }
 
+void CGLChartView::ForgetPickedText(const CChartTextData* pText)
+{
+    if (pText == nullptr || pText != m_pPickedText)
+        return;
+    m_pPickedText = nullptr;
+    if (m_nDrawMode == 3)
+        m_nDrawMode = 0;
+}
+
 void CGLChartView::ForgetPickedTextIn(CChartTextDataArray& texts)
 {
     for (CChartTextData* pText : texts)
-    {
-        if (pText == m_pPickedText)
-        {
-            m_pPickedText = nullptr;
-            if (m_nDrawMode == 3)
-                m_nDrawMode = 0;
-        }
-    }
+        ForgetPickedText(pText);
 }
 
 void CGLChartView::ClearTextDB()

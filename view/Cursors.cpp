@@ -72,7 +72,7 @@ public:
         t.m_dX = x;
         t.m_dY = y;
         t.m_strText = text;
-        t.m_dHeight = m_v.GetTextLPHeight(m_rc, 12);
+        t.m_dHeight = TextHeight();
         t.m_dWidth = m_v.GetTextLPWidth(m_rc, int(text.GetLength() * 6.48));
     }
     double TextHeight() { return m_v.GetTextLPHeight(m_rc, 12); }
@@ -276,6 +276,13 @@ void CGLChartView::SetGLChartViewClippingLine(int bVertical, double dValue)
 // The last-line pointers go with the lines they name.
 void CGLChartView::RemoveClippingLineArray()
 {
+    for (CChartClippingLine* pLine : *m_pManager->m_pClippingLineArray)
+    {
+        ForgetPickedText(pLine->m_pValueText);
+        ForgetPickedText(pLine->m_pDistanceText);
+        if (pLine->m_pClippingTextArray != nullptr)
+            ForgetPickedTextIn(*pLine->m_pClippingTextArray);
+    }
     m_pManager->m_pClippingLineArray->Init();
     m_pManager->m_arrClippingValueX.SetSize(0);
     m_pManager->m_arrClippingValueY.SetSize(0);
@@ -417,6 +424,11 @@ void CGLChartView::DrawClippingBox()
 
 void CGLChartView::RemoveClippingBoxArray()
 {
+    for (CChartClippingBox* pBox : *m_pManager->m_pClippingBoxArray)
+    {
+        ForgetPickedText(pBox->m_pWidthText);
+        ForgetPickedText(pBox->m_pHeightText);
+    }
     m_pManager->m_pClippingBoxArray->Init();
 }
 
@@ -531,9 +543,12 @@ void CGLChartView::ShowHorizontalClippingBox(int n)
 
 void CGLChartView::DrawCrossLine()
 {
+    CPlotvane_Manager& m = *m_pManager;
+    if (!m.m_bClippingHorizontal && !m.m_bClippingVertical && !m.m_bClippingHorizontalBox &&
+        !m.m_bClippingVerticalBox)
+        return;
     TextLayerScope layer(*this, ChartTextLayer::Cursor);
     CursorTexts texts(*this);
-    CPlotvane_Manager& m = *m_pManager;
     const CPointF p = MouseLP(*this);
     // Read after the horizontal cross: a logarithmic Y value may switch the
     // format that this text uses.
@@ -585,9 +600,11 @@ void CGLChartView::DrawCrossLine()
 
 void CGLChartView::DrawCrossLine_Log()
 {
+    CPlotvane_Manager& m = *m_pManager;
+    if (!m.m_bClippingHorizontal && !m.m_bClippingVertical)
+        return;
     TextLayerScope layer(*this, ChartTextLayer::Cursor);
     CursorTexts texts(*this);
-    CPlotvane_Manager& m = *m_pManager;
     const CPointF p = MouseLP(*this);
     if (m.m_bClippingHorizontal)
         HorizontalCross(*this, texts, p, true);

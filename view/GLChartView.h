@@ -402,8 +402,9 @@ private:
     int m_bSelecting = 0;
 
     // ---- annotation steps (Annotations.cpp)
-    // A collection is about to free its records: a text hanging on the
-    // mouse from it is let go.
+    // A record is about to be freed: if it is the text hanging on the
+    // mouse, that text is let go and the move ends.
+    void ForgetPickedText(const CChartTextData* pText);
     void ForgetPickedTextIn(CChartTextDataArray& texts);
 
     void OnText(const CString& text, const CPointD& position) override;

@@ -52,6 +52,8 @@ protected:
     }
     void TearDown() override
     {
+        // The host window outlives the log its handler writes to.
+        Headless().SetMessageHandler(host.GetSafeHwnd(), nullptr);
         Headless().ReleaseAllKeys();
         Headless().SetModalHandler(nullptr);
         m.m_pParentWnd = nullptr;
@@ -379,4 +381,23 @@ TEST_F(ViewInputTest, MouseMoveReportsCoordinatesInTheStatusBar)
     const CString text = m.m_ChartDlg.m_wndStatusBar.GetPaneText(1);
     EXPECT_EQ(text.Find(" [ "), 0);
     EXPECT_GE(text.Find("Time"), 0);
+}
+
+TEST_F(ViewInputTest, AFollowingEyeMaskStaysWhereTheClickPutsIt)
+{
+    m.m_bEyeMaskFollowMouse = 1;
+    m.m_dEyeMaskWidth = 20.0;
+    m.m_dEyeMaskHeight = 0.2;
+    m.m_dEyeMaskTopPercent = 50.0;
+    m.m_dEyeMaskBottomPercent = 50.0;
+    ASSERT_EQ(m.m_pEyeMaskRectArray->GetSize(), 0);
+    const CPoint at = ToClient(0.3, 0.5);
+    Send(WM_MOUSEMOVE, 0, at);
+    EXPECT_EQ(m.m_ptCurrentMouse.x, at.x); // the mask follows
+    Send(WM_LBUTTONDOWN, MK_LBUTTON, at);
+    ASSERT_EQ(m.m_pEyeMaskRectArray->GetSize(), 1);
+    EXPECT_EQ(m.m_bEyeMaskFollowMouse, 0);
+    const CRectD& mask = *m.m_pEyeMaskRectArray->GetAt(0);
+    const double cx = view->ClientPointToView(at).x;
+    EXPECT_NEAR((mask.Left() + mask.Right()) / 2.0, cx, 1e-6);
 }
