@@ -10,6 +10,7 @@
 
 set(PLOTVANE_LAYERS
     foundation
+    io
     measure
     platform
     dialogs
@@ -20,6 +21,7 @@ set(PLOTVANE_LAYERS
 
 # Layers a layer's sources may include, beyond itself.
 set(PLOTVANE_ALLOWED_foundation "")
+set(PLOTVANE_ALLOWED_io foundation)
 set(PLOTVANE_ALLOWED_measure foundation)
 set(PLOTVANE_ALLOWED_platform foundation)
 set(PLOTVANE_ALLOWED_dialogs foundation platform document view)

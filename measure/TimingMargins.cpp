@@ -3,6 +3,7 @@
 #include <plotvane/measure/ChartPointDArrayArray.h>
 #include <plotvane/measure/EyeCrossings.h>
 #include <plotvane/measure/EyeLinePairs.h>
+#include <plotvane/measure/SetupHoldMargins.h>
 
 #include <algorithm>
 #include <cmath>
@@ -244,8 +245,9 @@ struct SetupHoldOut
 
 // Level mode: the distance from the end of the required window to where the
 // data leaves its band; negative by the depth of a violation, which only
-// survives when the reference comes from the data.
-void LevelResults(const SetupHold& c, int bVrefFromData, SetupHoldOut& out)
+// survives when the reference comes from the data, or when the caller keeps
+// violations.
+void LevelResults(const SetupHold& c, int bVrefFromData, bool bKeepViolations, SetupHoldOut& out)
 {
     const double hiV = c.dVref + c.req.dBandHold;
     const double loV = c.dVref - c.req.dBandHold;
@@ -255,6 +257,7 @@ void LevelResults(const SetupHold& c, int bVrefFromData, SetupHoldOut& out)
     const LevelCross e1 = CrossOf(c.d, hiV, r + c.w.dExtra, c.f.dMaxY);
     const LevelCross e2 = CrossOf(c.d, loV, r + c.w.dExtra, c.f.dMaxY);
     bool bHold = e1.bFound || e2.bFound;
+    bool bHoldViolated = false;
     double rPS = 0.0;
     double dRectMin = 0.0;
     double dRectMax = 0.0;
@@ -263,6 +266,7 @@ void LevelResults(const SetupHold& c, int bVrefFromData, SetupHoldOut& out)
     {
         bHold = false;
         out.dHoldMargin = -std::fabs(dRectMin - r);
+        bHoldViolated = bKeepViolations;
     }
     else if (bHold)
     {
@@ -270,7 +274,7 @@ void LevelResults(const SetupHold& c, int bVrefFromData, SetupHoldOut& out)
         out.dHoldHeight = (c.req.dBandHold + c.req.dBandHold) * 1000.0;
         rPS = r * 1e12;
     }
-    if (!bVrefFromData && !bHold)
+    if (!bVrefFromData && !bHold && !bHoldViolated)
         out.dHoldMargin = -1.0;
 
     // The rectangle of the setup side takes the hold band: kept as the
@@ -279,12 +283,14 @@ void LevelResults(const SetupHold& c, int bVrefFromData, SetupHoldOut& out)
     const LevelCross f1 = CrossOf(c.d, c.dVref + c.req.dBandSetup, c.f.dXLow, l);
     const LevelCross f2 = CrossOf(c.d, c.dVref - c.req.dBandSetup, c.f.dXLow, l);
     bool bSetup = f1.bFound || f2.bFound;
+    bool bSetupViolated = false;
     double lPS = 0.0;
     if (c.d.GetRectAreaCrossMinXValue(l, hiV, c.sMin, loV, l, c.sMin, kScaleX, kScaleY, dRectMin,
                                       dRectMax))
     {
         bSetup = false;
         out.dSetupMargin = -std::fabs(l - dRectMax);
+        bSetupViolated = bKeepViolations;
     }
     else if (bSetup)
     {
@@ -292,7 +298,7 @@ void LevelResults(const SetupHold& c, int bVrefFromData, SetupHoldOut& out)
         out.dSetupHeight = (c.req.dBandSetup + c.req.dBandSetup) * 1000.0;
         lPS = l * 1e12;
     }
-    if (!bVrefFromData && !bSetup)
+    if (!bVrefFromData && !bSetup && !bSetupViolated)
         out.dSetupMargin = -1.0;
 
     if (bHold && bSetup)
@@ -364,6 +370,40 @@ void FindReadStrobe(const CChartPointDArray& s, const CChartPointDArray* pBar,
 }
 } // namespace
 
+namespace
+{
+void SetupHoldMargin(const CChartPointDArray& d, CChartPointDArray* pDQS,
+                     CChartPointDArray* pDQSBar, SetupHoldOut out, double& dVrefMV,
+                     double dOffset, int bVrefFromData, int bNoMask, bool bKeepViolations)
+{
+    const CChartPointDArray& s = *pDQS;
+    const DataFrame f = FrameOf(d);
+    const bool bMask = d.m_nTimingMode == 6 || (d.m_nTimingMode == 2 && bNoMask == 0);
+    const double dVref = SetupHoldVref(d, s, f, bMask, bVrefFromData);
+    const StrobeFrame sf = StrobeFrameOf(s);
+    const bool bNarrow = s.m_nStrobeWindowMode != 1 && s.m_nReadCycle != 0;
+
+    SetupHold c{d,
+                s,
+                pDQSBar,
+                f,
+                RequirementOf(d, f, bMask),
+                dVref,
+                InitialWindow(sf, f.dSpan, bNarrow, true)};
+    FollowDataCrossings(d, f, s, sf, dVref, c.w);
+    if (!c.Find(c.w.dLo, c.w.dHi))
+        return;
+    if (pDQSBar)
+        c.ValidateEdge(dOffset);
+
+    dVrefMV = dVref * 1000.0;
+    if (bMask)
+        MaskResults(c, out);
+    else
+        LevelResults(c, bVrefFromData, bKeepViolations, out);
+}
+} // namespace
+
 void CChartPointDArray::CheckSetupHoldMargin(CChartPointDArray* pDQS, CChartPointDArray* pDQSBar,
                                              double& dSetupMargin, double& dHoldMargin,
                                              double& dSetupHeight, double& dHoldHeight,
@@ -371,33 +411,22 @@ void CChartPointDArray::CheckSetupHoldMargin(CChartPointDArray* pDQS, CChartPoin
                                              double& dStrobeSpreadPS, double dOffset,
                                              int bVrefFromData, int bNoMask) const
 {
-    const CChartPointDArray& s = *pDQS;
-    const DataFrame f = FrameOf(*this);
-    const bool bMask = m_nTimingMode == 6 || (m_nTimingMode == 2 && bNoMask == 0);
-    const double dVref = SetupHoldVref(*this, s, f, bMask, bVrefFromData);
-    const StrobeFrame sf = StrobeFrameOf(s);
-    const bool bNarrow = s.m_nStrobeWindowMode != 1 && s.m_nReadCycle != 0;
+    SetupHoldMargin(*this, pDQS, pDQSBar,
+                    {dSetupMargin, dHoldMargin, dSetupHeight, dHoldHeight, dWindowPS,
+                     dStrobeSpreadPS},
+                    dVrefMV, dOffset, bVrefFromData, bNoMask, false);
+}
 
-    SetupHold c{*this,
-                s,
-                pDQSBar,
-                f,
-                RequirementOf(*this, f, bMask),
-                dVref,
-                InitialWindow(sf, f.dSpan, bNarrow, true)};
-    FollowDataCrossings(*this, f, s, sf, dVref, c.w);
-    if (!c.Find(c.w.dLo, c.w.dHi))
-        return;
-    if (pDQSBar)
-        c.ValidateEdge(dOffset);
-
-    dVrefMV = dVref * 1000.0;
-    SetupHoldOut out{dSetupMargin, dHoldMargin, dSetupHeight,
-                     dHoldHeight,  dWindowPS,   dStrobeSpreadPS};
-    if (bMask)
-        MaskResults(c, out);
-    else
-        LevelResults(c, bVrefFromData, out);
+void plotvane::SetupHoldMarginKeepingViolations(
+    const CChartPointDArray& dq, CChartPointDArray* pDQS, CChartPointDArray* pDQSBar,
+    double& dSetupMargin, double& dHoldMargin, double& dSetupHeight, double& dHoldHeight,
+    double& dVrefMV, double& dWindowPS, double& dStrobeSpreadPS, double dOffset,
+    int bVrefFromData, int bNoMask)
+{
+    SetupHoldMargin(dq, pDQS, pDQSBar,
+                    {dSetupMargin, dHoldMargin, dSetupHeight, dHoldHeight, dWindowPS,
+                     dStrobeSpreadPS},
+                    dVrefMV, dOffset, bVrefFromData, bNoMask, true);
 }
 
 void CChartPointDArray::CheckReadCycleTimeMargin(CChartPointDArray* pDQS,

@@ -18,6 +18,9 @@
 #include <plotvane/foundation/ValueArrays.h>
 #include <plotvane/foundation/ValueTypes.h>
 
+#include <plotvane/io/CsvReader.h>
+#include <plotvane/io/SignalFile.h>
+
 #include <plotvane/measure/ChartPointD.h>
 #include <plotvane/measure/ChartPointDArray.h>
 #include <plotvane/measure/ChartPointDArrayArray.h>

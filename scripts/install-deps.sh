@@ -13,6 +13,7 @@ PACKAGES=(
     googletest libgtest-dev libbenchmark-dev
     xvfb xauth xdotool
     clang libclang-rt-14-dev
+    ngspice
 )
 
 missing=()

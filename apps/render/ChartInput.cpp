@@ -1,5 +1,7 @@
 #include "render/ChartInput.h"
 
+#include "render/SignalInput.h"
+#include "render/Units.h"
 #include <plotvane/document/GLPlotvane_Environment.h>
 #include <plotvane/document/Plotvane_Manager.h>
 #include <plotvane/measure/ChartPointDArray.h>
@@ -7,6 +9,8 @@
 #include <plotvane/foundation/MFCArchive.h>
 #include <plotvane/foundation/MFCFile.h>
 
+#include <algorithm>
+#include <cmath>
 #include <vector>
 
 namespace plotvane
@@ -36,18 +40,35 @@ COLORREF EyeCurveColor(EyeRole role, bool bLight)
 
 int AddSeriesToChart(CPlotvane_Manager& mgr, const CsvSeries& series, COLORREF color)
 {
+    return AddSeriesToChart(mgr, series.name, series.x.data(), series.y.data(), series.x.size(),
+                            color);
+}
+
+int AddSeriesToChart(CPlotvane_Manager& mgr, const std::string& name, const double* xs,
+                     const double* ys, std::size_t n, COLORREF color)
+{
     CPlotvane_InputData& data = mgr.m_InputData;
     const int index = data.AddNewDataSet();
     data.SetCurrentEditSet(index);
-    const double* xs = series.x.data();
-    const double* ys = series.y.data();
-    const std::size_t n = series.x.size();
     for (std::size_t i = 0; i < n; ++i)
         data.AddData(xs[i], ys[i]);
-    data.SetCurrentEditSetName(CString(series.name));
+    data.SetCurrentEditSetName(CString(name));
     data.SetGraphColor(CColor(color));
     data.AddDrawDataSetIndex(index);
     return index;
+}
+
+void ForEachDrawnSet(const CPlotvane_Manager& mgr,
+                     const std::function<void(const CChartPointDArray&)>& f)
+{
+    const CPlotvane_InputData& data = mgr.m_InputData;
+    const INT_PTR nSets = INT_PTR(data.GetDataSetSize());
+    for (INT_PTR k = 0; k < data.m_DrawSet.GetSize(); ++k)
+    {
+        const int index = data.m_DrawSet.GetAt(k);
+        if (index >= 0 && index < nSets)
+            f(*data.GetChartPointDArray(index));
+    }
 }
 
 void LoadChartFile(CPlotvane_Manager& mgr, const std::string& path)
@@ -189,44 +210,175 @@ private:
 };
 } // namespace
 
-int AddCsvFiles(CPlotvane_Manager& mgr, const RenderOptions& options, std::string& headerX,
-                std::string& headerY, const ProgressFactory& progressFor)
+namespace
+{
+
+// One whole CSV file into new sets, streamed; answers its layout.
+CsvTable AddCsvFile(CPlotvane_Manager& mgr, const std::string& path, const RenderOptions& options,
+                    const ProgressFactory& progressFor)
 {
     CsvReadOptions ro;
     ro.bColumnPairs = options.bPairs;
-    int nAdded = 0;
-    for (std::size_t f = 0; f < options.csvFiles.size(); ++f)
+    if (progressFor)
+        ro.progress = progressFor(path);
+    ChartSink sink(mgr);
+    // A file that fails part way leaves the chart as it found it.
+    const int nXExponent = mgr.m_Attribute.m_XAxis.m_nMinExponent;
+    const int nYExponent = mgr.m_Attribute.m_YAxis.m_nMinExponent;
+    const INT_PTR nSets = INT_PTR(mgr.m_InputData.GetDataSetSize());
+    try
     {
-        if (progressFor)
-            ro.progress = progressFor(options.csvFiles[f]);
-        ChartSink sink(mgr);
-        // A file that fails part way leaves the chart as it found it.
-        const int nXExponent = mgr.m_Attribute.m_XAxis.m_nMinExponent;
-        const int nYExponent = mgr.m_Attribute.m_YAxis.m_nMinExponent;
-        const INT_PTR nSets = INT_PTR(mgr.m_InputData.GetDataSetSize());
-        try
-        {
-            ReadCsvFile(options.csvFiles[f], sink, ro);
-        }
-        catch (...)
-        {
-            while (INT_PTR(mgr.m_InputData.GetDataSetSize()) > nSets)
-                mgr.m_InputData.DeleteDataSet(int(mgr.m_InputData.GetDataSetSize()) - 1);
-            mgr.m_Attribute.m_XAxis.m_nMinExponent = nXExponent;
-            mgr.m_Attribute.m_YAxis.m_nMinExponent = nYExponent;
-            throw;
-        }
-        const CsvTable& table = sink.Layout();
+        ReadCsvFile(path, sink, ro);
+    }
+    catch (...)
+    {
+        while (INT_PTR(mgr.m_InputData.GetDataSetSize()) > nSets)
+            mgr.m_InputData.DeleteDataSet(int(mgr.m_InputData.GetDataSetSize()) - 1);
+        mgr.m_Attribute.m_XAxis.m_nMinExponent = nXExponent;
+        mgr.m_Attribute.m_YAxis.m_nMinExponent = nYExponent;
+        throw;
+    }
+    sink.Finish(options.bLight);
+    return sink.Layout();
+}
+
+} // namespace
+
+int AddCsvFiles(CPlotvane_Manager& mgr, const RenderOptions& options, std::string& headerX,
+                std::string& headerY, const ProgressFactory& progressFor)
+{
+    int nAdded = 0;
+    for (std::size_t f = 0; f < options.dataFiles.size(); ++f)
+    {
+        const CsvTable table = AddCsvFile(mgr, options.dataFiles[f], options, progressFor);
         if (f == 0 && table.bHeader)
         {
             headerX = table.xName;
-            if (options.csvFiles.size() == 1 && table.series.size() == 1)
+            if (options.dataFiles.size() == 1 && table.series.size() == 1)
                 headerY = table.series[0].name;
         }
-        sink.Finish(options.bLight);
-        nAdded += int(sink.SetCount());
+        nAdded += int(table.series.size());
     }
     return nAdded;
+}
+
+namespace
+{
+
+// The name of a Y axis that shows several sets of one unit.
+std::string QuantityName(const std::string& unit)
+{
+    const std::string base = SplitUnit(unit).base;
+    if (base == "V")
+        return "Voltage";
+    if (base == "A")
+        return "Current";
+    if (base == "s")
+        return "Time";
+    if (base == "Hz")
+        return "Frequency";
+    return std::string();
+}
+
+AxisSource GuessedSource(const std::string& header)
+{
+    AxisSource s = AxisSourceOf(header);
+    if (s.unit.empty())
+        s.unit = GuessUnit(s.name, "");
+    return s;
+}
+
+// The Y axis of several sets: the one set's own name, or the quantity that
+// all of them share.
+AxisSource CommonY(const std::vector<AxisSource>& ys)
+{
+    if (ys.size() == 1)
+        return ys[0];
+    for (const AxisSource& y : ys)
+    {
+        if (y.unit != ys[0].unit)
+            return AxisSource();
+    }
+    if (ys.empty())
+        return AxisSource();
+    if (ys[0].name == "|Z|")
+        return ys[0];
+    return {QuantityName(ys[0].unit), ys[0].unit};
+}
+
+// Leaves out the samples that are not finite numbers; answers how many.
+std::size_t KeepFinite(Signal& s)
+{
+    std::size_t nKept = 0;
+    const std::size_t n = std::min(s.xs.size(), s.ys.size());
+    for (std::size_t i = 0; i < n; ++i)
+    {
+        if (std::isfinite(s.xs[i]) && std::isfinite(s.ys[i]))
+        {
+            s.xs[nKept] = s.xs[i];
+            s.ys[nKept] = s.ys[i];
+            ++nKept;
+        }
+    }
+    s.xs.resize(nKept);
+    s.ys.resize(nKept);
+    return n - nKept;
+}
+
+} // namespace
+
+DataAxes AddDataFiles(CPlotvane_Manager& mgr, const RenderOptions& options,
+                      const std::function<void(const std::string&)>& warn,
+                      const ProgressFactory& progressFor)
+{
+    // Read what is not a whole CSV file first: an impedance curve sets the
+    // log axes, which must be in place before any data arrive.
+    SignalReader reader;
+    std::vector<std::vector<Signal>> signals(options.dataFiles.size());
+    DataAxes axes;
+    for (std::size_t f = 0; f < options.dataFiles.size(); ++f)
+    {
+        if (IsWholeCsvFile(ParseSignalSpec(options.dataFiles[f])))
+            continue;
+        signals[f] = reader.Read(options.dataFiles[f]);
+        for (const Signal& s : signals[f])
+            axes.bImpedance = axes.bImpedance || s.bImpedance;
+    }
+    if (axes.bImpedance)
+    {
+        mgr.m_nFrequencyScale = 1;
+        mgr.m_bUseMagnitude = 1;
+        mgr.m_nMagnitudeScale = 1;
+    }
+
+    std::vector<AxisSource> ys;
+    for (std::size_t f = 0; f < options.dataFiles.size(); ++f)
+    {
+        const std::string& arg = options.dataFiles[f];
+        if (IsWholeCsvFile(ParseSignalSpec(arg)))
+        {
+            const CsvTable table = AddCsvFile(mgr, arg, options, progressFor);
+            if (f == 0 && table.bHeader)
+                axes.x = GuessedSource(table.xName);
+            for (const CsvSeries& s : table.series)
+                ys.push_back(table.bHeader ? GuessedSource(s.name) : AxisSource());
+            continue;
+        }
+        for (Signal& s : signals[f])
+        {
+            if (const std::size_t nDropped = KeepFinite(s))
+                warn("'" + arg + "': " + s.name + ": " + std::to_string(nDropped) +
+                     " samples that are not finite numbers are left out");
+            const int nSet = int(mgr.m_InputData.GetDataSetSize());
+            AddSeriesToChart(mgr, s.name, s.xs.data(), s.ys.data(), s.xs.size(),
+                             CurveColor(nSet, options.bLight));
+            if (f == 0 && &s == &signals[f][0])
+                axes.x = s.x;
+            ys.push_back(s.y);
+        }
+    }
+    axes.y = CommonY(ys);
+    return axes;
 }
 
 namespace

@@ -1,13 +1,26 @@
 #include "render/Measure.h"
 
+#include "render/Axes.h"
 #include "render/ChartInput.h"
-#include "render/CsvReader.h"
+#include "render/Fold.h"
 #include "render/JsonReport.h"
 #include "render/Render.h"
+#include "render/SignalInput.h"
 #include <plotvane/document/Plotvane_Manager.h>
 #include <plotvane/measure/ChartPointDArray.h>
+#include <plotvane/measure/SetupHoldMargins.h>
+#include <plotvane/view/GLChartView.h>
 
+#include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <vector>
 
 namespace plotvane
 {
@@ -16,7 +29,7 @@ namespace
 
 constexpr double kPsPerSecond = 1e12;
 
-// A margin of CheckSetupHoldMargin in ps, 3 decimals; its -1.0 (nothing to
+// A margin of the setup/hold check in ps, 3 decimals; its -1.0 (nothing to
 // measure on that side) and an untouched seed become NaN.
 double MarginPS(double dSeconds)
 {
@@ -25,28 +38,124 @@ double MarginPS(double dSeconds)
     return RoundTo(dSeconds * kPsPerSecond, 3);
 }
 
-int AddCsvEye(CPlotvane_Manager& mgr, const std::string& path, const char* role, EyeRole eyeRole,
-              bool bLight)
+// A read-cycle distance in ps. Without eye crossings the operation answers
+// differences of its huge seeds, and nothing it measures can exceed the
+// period.
+double ReadDistancePS(double dSeconds, double dPeriod)
 {
-    CsvTable table = ReadCsvFile(path);
-    if (table.series.size() != 1)
-        throw ChartInputError("'" + path + "': the " + role + " eye must be one x,y series");
-    CsvSeries& series = table.series[0];
-    if (series.x.size() < 2)
-        throw ChartInputError("'" + path + "': the " + role + " eye needs at least two points");
-    // The overlay pairs a DQ with the strobes whose names share the text
-    // before the first '_'.
-    series.name = "EYE_" + FileStem(path);
-    return AddSeriesToChart(mgr, series, EyeCurveColor(eyeRole, bLight));
+    if (!std::isfinite(dSeconds) || dSeconds < 0.0 || dSeconds > dPeriod)
+        return kNotMeasured;
+    return RoundTo(dSeconds * kPsPerSecond, 3);
 }
 
+bool CrossesLevel(const CChartPointDArray& d, double dLevel)
+{
+    double lo = 0.0, hi = 0.0;
+    return d.GetCrossMinMaxXValue(dLevel, d.GetMinX(), d.GetMaxX(), 1e9, 100.0, lo, hi) != 0;
+}
+
+// The set's name: the signal's, or the file's stem for a whole file. The
+// overlay pairs a DQ with the strobes whose names share the text before the
+// first '_'.
+std::string EyeSetName(const std::string& arg)
+{
+    const SignalSpec spec = ParseSignalSpec(arg);
+    return "EYE_" + (spec.signal.empty() ? FileStem(spec.path) : spec.signal);
+}
+
+int AddEyeSet(CPlotvane_Manager& mgr, const std::string& arg, const Signal& s,
+              const RenderOptions& options, EyeRole role)
+{
+    const COLORREF color = EyeCurveColor(role, options.bLight);
+    if (!options.bFold)
+        return AddSeriesToChart(mgr, EyeSetName(arg), s.xs.data(), s.ys.data(), s.xs.size(),
+                                color);
+    CPlotvane_InputData& data = mgr.m_InputData;
+    const int index = data.AddNewDataSet();
+    CChartPointDArray& set = *data.GetChartPointDArray(index);
+    FoldIntoEye(s.xs, s.ys, options.dPeriod, options.dSkip, set);
+    set.m_strName = CString(EyeSetName(arg));
+    set.m_Color = CColor(color);
+    data.AddDrawDataSetIndex(index);
+    return index;
+}
+
+// The strobes must be in the data's time: a strobe in ns beside data in
+// seconds would never be found.
+void CheckStrobeTime(const Signal& dq, const Signal& strobe, const std::string& arg)
+{
+    const auto span = [](const Signal& s)
+    {
+        const auto [lo, hi] = std::minmax_element(s.xs.begin(), s.xs.end());
+        return *hi - *lo;
+    };
+    const double r = span(strobe) / span(dq);
+    if (r > 100.0 || r < 0.01)
+        throw ChartInputError("'" + arg + "': the strobe's time spans " +
+                              std::to_string(span(strobe)) + ", the data's " +
+                              std::to_string(span(dq)) +
+                              ": both must be in seconds, over the same time");
+}
+
+// The number after prefix in the overlay's texts, as it printed it; NaN
+// when it printed none.
+double OverlayNumber(const std::vector<ChartText>& texts, const char* prefix)
+{
+    for (const ChartText& t : texts)
+    {
+        if (t.layer == ChartTextLayer::Overlay && t.strText.Find(prefix) == 0)
+            return std::atof(t.strText.str().c_str() + std::strlen(prefix));
+    }
+    return kNotMeasured;
+}
+
+std::string CsvNumber(double v)
+{
+    if (!std::isfinite(v))
+        return std::string();
+    char buf[64];
+    const auto [end, ec] = std::to_chars(buf, buf + sizeof buf, v);
+    return std::string(buf, ec == std::errc() ? end : buf);
+}
+
+std::string CsvText(const std::string& s)
+{
+    if (s.find_first_of(",\"\r\n") == std::string::npos)
+        return s;
+    std::string q = "\"";
+    for (char c : s)
+        q += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return q + "\"";
+}
+
+const char* const kCsvHeader =
+    "dq,dqs,dqs_bar,cycle,period_ps,vref_mv,setup_time_ps,hold_time_ps,setup_level_v,"
+    "hold_level_v,setup_margin_ps,hold_margin_ps,window_ps,strobe_spread_ps,tqh_ps,tdqsq_ps,"
+    "overlay_setup_ps,overlay_hold_ps,pass";
+
 } // namespace
+
+std::optional<bool> EyeMeasurement::Pass() const
+{
+    if (bRead)
+        return std::nullopt;
+    if (dSetupPS < 0.0 || dHoldPS < 0.0)
+        return false;
+    if (std::isnan(dSetupPS) || std::isnan(dHoldPS))
+        return std::nullopt;
+    return true;
+}
 
 void ApplyEyeOptions(const RenderOptions& options, CChartPointDArray& dq, CChartPointDArray& dqs,
                      CChartPointDArray* pDQSBar)
 {
-    dq.SetEyeInformation(options.vref.value_or(-1.0), options.dSetupPs, options.dHoldPs,
-                         options.dHoldLevel, options.dSetupLevel, 0);
+    // -1.0 is the set's word for "from the strobe's swing"; a reference of
+    // exactly -1 V moves by the least step there is to stay a reference.
+    double dVref = -1.0;
+    if (options.vref)
+        dVref = *options.vref == -1.0 ? std::nextafter(-1.0, 0.0) : *options.vref;
+    dq.SetEyeInformation(dVref, options.dSetupPs, options.dHoldPs, options.dHoldLevel,
+                         options.dSetupLevel, 0);
     const int nRead = options.bRead || options.demo == "ddr-read" ? 1 : 0;
     dq.SetEyeReadCycleTimeInfo(nRead, 0.0, 0.0);
     dqs.m_nReadCycle = nRead;
@@ -60,41 +169,67 @@ EyeMeasurement MeasureEyeSets(CChartPointDArray& dq, CChartPointDArray& dqs,
     EyeMeasurement m;
     m.bRead = bRead;
     m.dPeriod = dq.m_dPeriod;
+    // The reference of both measurements: the middle of the strobe's
+    // levels, or of the data's range without them; a write takes the given
+    // one first.
+    double dVref = (dqs.m_dLevelLow + dqs.m_dLevelHigh) * 0.5;
+    if (dqs.m_dLevelLow == 0.0 && dVref == 0.0)
+        dVref = (dq.GetMaxY() + dq.GetMinY()) * 0.5;
+    if (!bRead && dq.m_dEyeVref != -1.0)
+        dVref = dq.m_dEyeVref;
+    m.dVrefMV = RoundTo(dVref * 1000.0, 3);
+    // Data that never cross the reference have no eye: a line stuck inside
+    // the band would read as a violation of the whole window.
+    if (!CrossesLevel(dq, dVref))
+        return m;
     if (bRead)
     {
-        // The read measurement reports no reference; it takes the middle of
-        // the strobe's levels, or of the data's range without them.
-        double dVref = (dqs.m_dLevelLow + dqs.m_dLevelHigh) * 0.5;
-        if (dqs.m_dLevelLow == 0.0 && dVref == 0.0)
-            dVref = (dq.GetMaxY() + dq.GetMinY()) * 0.5;
-        m.dVrefMV = RoundTo(dVref * 1000.0, 3);
         double dTQH = 0.0, dTDQSQ = 0.0;
         dq.CheckReadCycleTimeMargin(&dqs, pDQSBar, dTQH, dTDQSQ, 0.0, 0);
-        m.dTQHPS = RoundTo(dTQH * kPsPerSecond, 3);
-        m.dTDQSQPS = RoundTo(dTDQSQ * kPsPerSecond, 3);
+        m.dTQHPS = ReadDistancePS(dTQH, m.dPeriod);
+        m.dTDQSQPS = ReadDistancePS(dTDQSQ, m.dPeriod);
         return m;
     }
     // Seeds that no path writes: an untouched output reads as not measured.
     double dSetup = kNotMeasured, dHold = kNotMeasured;
-    dq.CheckSetupHoldMargin(&dqs, pDQSBar, dSetup, dHold, m.dSetupHeightMV, m.dHoldHeightMV,
-                            m.dVrefMV, m.dWindowPS, m.dStrobeSpreadPS, 0.0, 0, 0);
+    SetupHoldMarginKeepingViolations(dq, &dqs, pDQSBar, dSetup, dHold, m.dSetupHeightMV,
+                                     m.dHoldHeightMV, m.dVrefMV, m.dWindowPS, m.dStrobeSpreadPS,
+                                     0.0, 0, 0);
     m.dSetupPS = MarginPS(dSetup);
     m.dHoldPS = MarginPS(dHold);
+    m.dVrefMV = RoundTo(m.dVrefMV, 3);
     m.dWindowPS = RoundTo(m.dWindowPS, 3);
     m.dStrobeSpreadPS = RoundTo(m.dStrobeSpreadPS, 3);
     return m;
 }
 
-EyeChartSets AddCsvEyes(CPlotvane_Manager& mgr, const RenderOptions& options)
+EyeChartSets AddMeasuredEyes(CPlotvane_Manager& mgr, const RenderOptions& options,
+                             const WarnFn& warn)
 {
-    EyeChartSets sets;
-    sets.nDQ = AddCsvEye(mgr, options.dqFile, "data", EyeRole::Data, options.bLight);
-    sets.nDQS = AddCsvEye(mgr, options.dqsFile, "strobe", EyeRole::Strobe, options.bLight);
+    SignalReader reader;
+    const Signal dq = reader.ReadOne(options.dqFile, "data eye");
+    const Signal dqs = reader.ReadOne(options.dqsFile, "strobe eye");
+    std::optional<Signal> dqsBar;
     if (!options.dqsBarFile.empty())
-        sets.nDQSBar = AddCsvEye(mgr, options.dqsBarFile, "strobe complement", EyeRole::StrobeComplement,
-                                  options.bLight);
+        dqsBar = reader.ReadOne(options.dqsBarFile, "strobe complement");
+    CheckEyeTiming(dq.xs, options, warn);
+    CheckStrobeTime(dq, dqs, options.dqsFile);
+    if (dqsBar)
+        CheckStrobeTime(dq, *dqsBar, options.dqsBarFile);
+
+    // Without --skip the folding starts where the data do, for all three.
+    RenderOptions folding = options;
+    folding.dSkip = std::max(options.dSkip, dq.xs.front());
+    EyeChartSets sets;
+    sets.nDQ = AddEyeSet(mgr, options.dqFile, dq, folding, EyeRole::Data);
+    sets.nDQS = AddEyeSet(mgr, options.dqsFile, dqs, folding, EyeRole::Strobe);
+    if (dqsBar)
+        sets.nDQSBar =
+            AddEyeSet(mgr, options.dqsBarFile, *dqsBar, folding, EyeRole::StrobeComplement);
 
     CPlotvane_InputData& data = mgr.m_InputData;
+    const CChartPointDArray& eye = *data.GetChartPointDArray(sets.nDQ);
+    CheckEyeLevels(eye.GetMinY(), eye.GetMaxY(), options, warn);
     const int indices[3] = {sets.nDQ, sets.nDQS, sets.nDQSBar};
     for (const int i : indices)
     {
@@ -126,15 +261,26 @@ std::string ChartPathBeside(const std::string& png)
 EyeMeasurement DrawAndMeasureEye(CPlotvane_Manager& mgr, const EyeChartSets& sets,
                                  const RenderOptions& options, EyeOutputs& outputs)
 {
-    // A unit in brackets takes the prefix of the axis range: "Time (ns)".
-    ApplyAxisText(mgr, options, "Time (s)", "Voltage (V)");
+    // The overlay prints whole ps only with the time axis in nanoseconds;
+    // the eyes are in seconds and volts whatever the names say.
+    AxisSource x{"Time", "s"}, y{"Voltage", "V"};
+    if (options.xName)
+        x.name = AxisSourceOf(*options.xName).name;
+    if (options.yName)
+        y.name = AxisSourceOf(*options.yName).name;
+    ApplyAxes(mgr, x, y, -9);
 
     // The margin summary stands a fifteenth of the height below the top of
     // the view; the wide fit keeps it above the eye's upper rail.
     mgr.m_InputData.m_bFitMarginTight = 0;
 
-    // The overlay measures as it draws and leaves its numbers in the DQ set.
+    // The overlay measures as it draws; what it printed is what the chart
+    // shows.
+    std::vector<ChartText> texts;
+    CGLChartView& view = *mgr.m_ChartDlg.GetGLChartView();
+    view.SetTextHook([&texts](const ChartText& t) { texts.push_back(t); });
     DrawChartToPng(mgr, options);
+    view.SetTextHook({});
     outputs.png = options.output;
 
     CPlotvane_InputData& data = mgr.m_InputData;
@@ -142,8 +288,13 @@ EyeMeasurement DrawAndMeasureEye(CPlotvane_Manager& mgr, const EyeChartSets& set
     CChartPointDArray& dqs = *data.GetChartPointDArray(sets.nDQS);
     CChartPointDArray* pBar = sets.nDQSBar >= 0 ? data.GetChartPointDArray(sets.nDQSBar) : nullptr;
     EyeMeasurement m = MeasureEyeSets(dq, dqs, pBar, dq.m_nReadCycle == 1);
-    m.dOverlaySetupPS = dq.m_dSetupMargin;
-    m.dOverlayHoldPS = dq.m_dHoldMargin;
+    // The overlay prints numbers for an eye without edges too; they stand
+    // for nothing there.
+    if (!std::isnan(m.dSetupPS) || !std::isnan(m.dHoldPS) || !std::isnan(m.dTQHPS))
+    {
+        m.dOverlaySetupPS = OverlayNumber(texts, m.bRead ? "tQH : " : "Setup Margin: ");
+        m.dOverlayHoldPS = OverlayNumber(texts, m.bRead ? "tDQSQ : " : "Hold Margin: ");
+    }
 
     outputs.chart = options.saveChart.empty() ? ChartPathBeside(options.output) : options.saveChart;
     SaveChartFile(mgr, outputs.chart);
@@ -176,7 +327,8 @@ void WriteEyeMeasurement(JsonWriter& json, const EyeMeasurement& m, const Render
     json.Number(options.dHoldLevel);
     json.EndObject();
 
-    // What the chart shows: whole ps, as stored in the DQ set.
+    // What the chart shows: whole ps as the overlay printed them, null when
+    // it printed nothing.
     json.Key("overlay");
     json.BeginObject();
     json.Key(m.bRead ? "overlay_tqh_ps" : "overlay_setup_margin_ps");
@@ -217,12 +369,62 @@ void WriteEyeMeasurement(JsonWriter& json, const EyeMeasurement& m, const Render
         json.Key("strobe_spread_ps");
         json.Number(m.dStrobeSpreadPS);
         json.Key("pass");
-        if (std::isnan(m.dSetupPS) || std::isnan(m.dHoldPS))
-            json.Null();
+        if (const std::optional<bool> pass = m.Pass())
+            json.Bool(*pass);
         else
-            json.Bool(m.dSetupPS >= 0.0 && m.dHoldPS >= 0.0);
+            json.Null();
     }
     json.EndObject();
+}
+
+void AppendEyeCsvRow(const std::string& path, const EyeNames& names, const EyeMeasurement& m,
+                     const RenderOptions& options)
+{
+    std::error_code ec;
+    const bool bNew = !std::filesystem::exists(path, ec) || std::filesystem::file_size(path, ec) == 0;
+    if (!bNew)
+    {
+        std::ifstream in(path);
+        std::string first;
+        std::getline(in, first);
+        if (!first.empty() && first.back() == '\r')
+            first.pop_back();
+        if (first != kCsvHeader)
+            throw std::runtime_error("cannot add to '" + path +
+                                     "': its first line is not plotvane-render's eye header");
+    }
+    const std::optional<bool> pass = m.Pass();
+    const std::string cells[] = {
+        CsvText(names.dq),
+        CsvText(names.dqs),
+        CsvText(names.dqsBar),
+        m.bRead ? "read" : "write",
+        CsvNumber(RoundTo(m.dPeriod * kPsPerSecond, 3)),
+        CsvNumber(m.dVrefMV),
+        CsvNumber(options.dSetupPs),
+        CsvNumber(options.dHoldPs),
+        CsvNumber(options.dSetupLevel),
+        CsvNumber(options.dHoldLevel),
+        CsvNumber(m.dSetupPS),
+        CsvNumber(m.dHoldPS),
+        CsvNumber(m.dWindowPS),
+        CsvNumber(m.dStrobeSpreadPS),
+        CsvNumber(m.dTQHPS),
+        CsvNumber(m.dTDQSQPS),
+        CsvNumber(m.dOverlaySetupPS),
+        CsvNumber(m.dOverlayHoldPS),
+        pass ? (*pass ? "true" : "false") : "",
+    };
+    std::ostringstream row;
+    if (bNew)
+        row << kCsvHeader << '\n';
+    for (std::size_t i = 0; i < std::size(cells); ++i)
+        row << (i ? "," : "") << cells[i];
+    row << '\n';
+    std::ofstream out(path, std::ios::binary | std::ios::app);
+    out << row.str();
+    if (!out.flush())
+        throw std::runtime_error("cannot write report '" + path + "'");
 }
 
 } // namespace plotvane

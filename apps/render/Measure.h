@@ -1,12 +1,14 @@
 // DDR eye measurement for plotvane-render: a DQ eye against its strobe
 // (DQS, and DQS# when differential) in a chart, measured twice: by the
-// timing overlay as it draws the frame (the whole picoseconds it stores in
-// the DQ set) and by the waveform's own margin operations.
+// timing overlay as it draws the frame (the whole picoseconds it prints)
+// and by the waveform's own margin operations.
 #pragma once
 
+#include "render/EyeChecks.h"
 #include "render/Options.h"
 
 #include <limits>
+#include <optional>
 #include <string>
 
 class CChartPointDArray;
@@ -32,8 +34,8 @@ struct EyeMeasurement
 {
     bool bRead = false;
     double dPeriod = 0.0; // seconds
-    // Write cycle, from CheckSetupHoldMargin, in ps; NaN when the operation
-    // found no strobe edge or no data crossing on that side.
+    // Write cycle, in ps: negative by the depth of a violation; NaN when the
+    // operation found no strobe edge or no data crossing on that side.
     double dSetupPS = kNotMeasured;
     double dHoldPS = kNotMeasured;
     double dSetupHeightMV = kNotMeasured;
@@ -41,13 +43,18 @@ struct EyeMeasurement
     double dVrefMV = kNotMeasured;
     double dWindowPS = kNotMeasured;
     double dStrobeSpreadPS = kNotMeasured;
-    // Read cycle, from CheckReadCycleTimeMargin, in ps.
+    // Read cycle, from CheckReadCycleTimeMargin, in ps; NaN when the data
+    // has no eye crossing at the reference.
     double dTQHPS = kNotMeasured;
     double dTDQSQPS = kNotMeasured;
-    // What the overlay stored in the DQ set after the frame: setup and hold
-    // margins, or tQH and tDQSQ for a read cycle, in whole ps.
-    double dOverlaySetupPS = 0.0;
-    double dOverlayHoldPS = 0.0;
+    // What the overlay printed in the frame: setup and hold margins, or tQH
+    // and tDQSQ for a read cycle, in whole ps; NaN when it printed none.
+    double dOverlaySetupPS = kNotMeasured;
+    double dOverlayHoldPS = kNotMeasured;
+
+    // Write cycle: false when a side is violated, true when both sides were
+    // measured and met; no verdict otherwise, and none for a read cycle.
+    std::optional<bool> Pass() const;
 };
 
 // Files that a run wrote.
@@ -65,18 +72,21 @@ void ApplyEyeOptions(const RenderOptions& options, CChartPointDArray& dq, CChart
                      CChartPointDArray* pDQSBar);
 
 // Measures the eye with the waveform operations, as the overlay would (the
-// reference from the levels, no offset, level mode).
+// reference from the levels, no offset, level mode), keeping the depth of a
+// violated side.
 EyeMeasurement MeasureEyeSets(CChartPointDArray& dq, CChartPointDArray& dqs,
                               CChartPointDArray* pDQSBar, bool bRead);
 
-// Reads the CSV eyes of --measure into the chart and sets their roles:
-// names sharing the prefix "EYE" so that the overlay pairs them, data
-// type, pin role, period, the strobes' levels from their swing.
-EyeChartSets AddCsvEyes(CPlotvane_Manager& mgr, const RenderOptions& options);
+// Reads the eyes of --measure (FILE or FILE:SIGNAL each), checks them
+// against the options (EyeChecks.h), folds them with --fold, and sets their
+// roles: names sharing the prefix "EYE" so that the overlay pairs them,
+// data type, pin role, period, the strobes' levels from their swing.
+EyeChartSets AddMeasuredEyes(CPlotvane_Manager& mgr, const RenderOptions& options,
+                             const WarnFn& warn);
 
 // The whole run over a chart whose window exists and that holds the sets:
-// axis text, the frame with the overlay, the PNG, the measurement, the
-// chart archive. Answers the measurement; outputs receives the paths.
+// axes in ns and V, the frame with the overlay, the PNG, the measurement,
+// the chart archive. Answers the measurement; outputs receives the paths.
 EyeMeasurement DrawAndMeasureEye(CPlotvane_Manager& mgr, const EyeChartSets& sets,
                                  const RenderOptions& options, EyeOutputs& outputs);
 
@@ -85,5 +95,20 @@ std::string ChartPathBeside(const std::string& png);
 
 // Writes the keys common to demo and measure reports into an open object.
 void WriteEyeMeasurement(JsonWriter& json, const EyeMeasurement& m, const RenderOptions& options);
+
+// Names of the eye's sets, for the reports.
+struct EyeNames
+{
+    std::string dq;
+    std::string dqs;
+    std::string dqsBar; // empty for a single-ended strobe
+};
+
+// Adds the eye's row to a CSV file for spreadsheets: a header line first
+// when the file is new or empty, then one row; an empty cell for what was
+// not measured. A file that starts with another header is refused, so that
+// rows of different layouts never mix. Throws std::runtime_error.
+void AppendEyeCsvRow(const std::string& path, const EyeNames& names, const EyeMeasurement& m,
+                     const RenderOptions& options);
 
 } // namespace plotvane

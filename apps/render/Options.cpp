@@ -1,9 +1,10 @@
 #include "render/Options.h"
 
-#include "render/CsvReader.h"
 #include "render/OverlayDemo.h"
+#include "render/Units.h"
 
 #include <charconv>
+#include <cstdio>
 #include <cstring>
 
 namespace plotvane
@@ -45,32 +46,92 @@ const OptionInfo kOptions[] = {
     {"dqs", 0, Kind::Value},        {"dqs-bar", 0, Kind::Value},  {"period", 0, Kind::Value},
     {"vref", 0, Kind::Value},       {"setup-ps", 0, Kind::Value}, {"hold-ps", 0, Kind::Value},
     {"setup-level", 0, Kind::Value}, {"hold-level", 0, Kind::Value}, {"read", 0, Kind::Flag},
-    {"report", 0, Kind::Value},
+    {"report", 0, Kind::Value},     {"report-csv", 0, Kind::Value}, {"fold", 0, Kind::Flag},
+    {"skip", 0, Kind::Value},       {"target-z", 0, Kind::Value}, {"no-legend", 0, Kind::Flag},
 };
 
-// A finite number; with bPositive above 0, else at or above 0.
-bool ParseReal(const std::string& name, const std::string& text, bool bPositive, double& value,
-               std::string& error)
+enum class Sign
 {
-    double v = 0.0;
-    if (!ParseCsvNumber(text, v) || (bPositive ? !(v > 0.0) : v < 0.0))
-    {
-        error = "bad value '" + text + "' for --" + name + ": expected a number " +
-                (bPositive ? "above 0" : "of 0 or more");
-        return false;
-    }
-    value = v;
-    return true;
-}
+    Any,
+    NotNegative,
+    Positive
+};
 
-const OptionInfo* FindLong(const std::string& name)
+// A quantity option: its unit, what a bare number is worth in it (and the
+// unit its field counts in), the signs it takes, an example for messages,
+// and its field; null for --vref, which is optional.
+struct QuantityOption
 {
-    for (const OptionInfo& o : kOptions)
+    const char* longName;
+    const char* unit;
+    double dBareScale;
+    Sign sign;
+    const char* example;
+    double RenderOptions::*field;
+};
+
+const QuantityOption kQuantities[] = {
+    {"period", "s", 1.0, Sign::Positive, "1.25n, 1.25ns or 1.25e-9", &RenderOptions::dPeriod},
+    {"skip", "s", 1.0, Sign::NotNegative, "5n, 5ns or 5e-9", &RenderOptions::dSkip},
+    {"vref", "V", 1.0, Sign::Any, "0.6, 600m or 600mV", nullptr},
+    {"setup-ps", "s", 1e-12, Sign::NotNegative, "100 (ps), 100p or 0.1ns",
+     &RenderOptions::dSetupPs},
+    {"hold-ps", "s", 1e-12, Sign::NotNegative, "100 (ps), 100p or 0.1ns",
+     &RenderOptions::dHoldPs},
+    {"setup-level", "V", 1.0, Sign::NotNegative, "0.1, 100m or 100mV",
+     &RenderOptions::dSetupLevel},
+    {"hold-level", "V", 1.0, Sign::NotNegative, "0.1, 100m or 100mV",
+     &RenderOptions::dHoldLevel},
+};
+
+// The entry of a table of options with that long name, or null.
+template <class Option, std::size_t N>
+const Option* FindLongName(const Option (&table)[N], const std::string& name)
+{
+    for (const Option& o : table)
     {
         if (name == o.longName)
             return &o;
     }
     return nullptr;
+}
+
+const char* SignText(Sign sign)
+{
+    return sign == Sign::Positive ? " above 0" : sign == Sign::NotNegative ? " of 0 or more" : "";
+}
+
+// A quantity in the option's unit, of the sign it takes. A bare number in
+// an option counted in ps that is below a thousandth of a ps was meant in
+// seconds.
+bool ParseQuantityOption(const QuantityOption& q, const std::string& text, double& value,
+                         std::string& error)
+{
+    double v = 0.0;
+    bool bSuffix = false;
+    std::string why;
+    const std::string bad = "bad value '" + text + "' for --" + q.longName + ": ";
+    if (!ParseQuantity(text, q.unit, q.dBareScale, v, bSuffix, why))
+    {
+        error = bad + why + "; expected a number" + SignText(q.sign) + " such as " + q.example;
+        return false;
+    }
+    if ((q.sign == Sign::Positive && !(v > 0.0)) || (q.sign == Sign::NotNegative && v < 0.0))
+    {
+        error = bad + "expected a number" + SignText(q.sign) + " such as " + q.example;
+        return false;
+    }
+    if (q.dBareScale != 1.0 && !bSuffix && v > 0.0 && v < q.dBareScale * 1e-3)
+    {
+        // The number as seconds, in ps: "1e-10" meant 100 ps.
+        char meant[32];
+        std::snprintf(meant, sizeof meant, "%.6g", v / q.dBareScale / 1e-12);
+        error = bad + "a bare number counts in ps here, so this is " + text + " ps; for " +
+                meant + " ps write " + meant + " or " + meant + "p";
+        return false;
+    }
+    value = v;
+    return true;
 }
 
 const OptionInfo* FindShort(char c)
@@ -81,6 +142,21 @@ const OptionInfo* FindShort(char c)
             return &o;
     }
     return nullptr;
+}
+
+bool ApplyQuantity(const QuantityOption& q, const std::string& text, RenderOptions& opt,
+                   std::string& error)
+{
+    double v = 0.0;
+    if (!ParseQuantityOption(q, text, v, error))
+        return false;
+    // The field counts in the unit a bare number is given in.
+    const double dStored = v / q.dBareScale;
+    if (q.field)
+        opt.*q.field = dStored;
+    else
+        opt.vref = dStored;
+    return true;
 }
 
 // Stores one option; false with a message for a bad value.
@@ -159,27 +235,29 @@ bool Apply(const OptionInfo& o, const std::string& value, RenderOptions& opt, st
         opt.bRead = true;
     else if (name == "report")
         opt.reportFile = value;
-    else if (name == "period")
-        return ParseReal(name, value, true, opt.dPeriod, error);
-    else if (name == "vref")
-    {
-        double v = 0.0;
-        if (!ParseReal(name, value, false, v, error))
-            return false;
-        opt.vref = v;
-    }
-    else if (name == "setup-ps")
-        return ParseReal(name, value, false, opt.dSetupPs, error);
-    else if (name == "hold-ps")
-        return ParseReal(name, value, false, opt.dHoldPs, error);
-    else if (name == "setup-level")
-        return ParseReal(name, value, false, opt.dSetupLevel, error);
-    else if (name == "hold-level")
-        return ParseReal(name, value, false, opt.dHoldLevel, error);
+    else if (name == "report-csv")
+        opt.reportCsv = value;
+    else if (name == "fold")
+        opt.bFold = true;
+    else if (name == "target-z")
+        opt.targetZFile = value;
+    else if (name == "no-legend")
+        opt.bLegend = false;
+    else if (const QuantityOption* q = FindLongName(kQuantities, name))
+        return ApplyQuantity(*q, value, opt, error);
     return true;
 }
 
-// The eye modes take no CSV list or chart, and fill in their default
+const char* const kMeasureOnly =
+    "--dq, --dqs, --dqs-bar, --period, --read, --fold and --skip need --measure";
+
+bool UsesMeasureOptions(const RenderOptions& opt)
+{
+    return !opt.dqFile.empty() || !opt.dqsFile.empty() || !opt.dqsBarFile.empty() ||
+           opt.dPeriod != 0.0 || opt.bRead || opt.bFold || opt.dSkip != 0.0;
+}
+
+// The eye modes take no data files or chart, and fill in their default
 // output name; --measure needs its three inputs.
 bool CheckEyeOptions(RenderOptions& opt, std::string& error)
 {
@@ -188,19 +266,23 @@ bool CheckEyeOptions(RenderOptions& opt, std::string& error)
         error = "give either --demo or --measure, not both";
         return false;
     }
-    if (!opt.csvFiles.empty() || !opt.chartFile.empty())
+    if (!opt.dataFiles.empty() || !opt.chartFile.empty() || !opt.targetZFile.empty())
     {
         error = std::string(opt.bMeasure ? "--measure" : "--demo") +
-                " takes no data files or --chart" +
+                " takes no data files, --chart or --target-z" +
                 (opt.bMeasure ? ": give the eyes with --dq, --dqs and --dqs-bar" : "");
         return false;
     }
     if (!opt.demo.empty())
     {
-        if (!opt.dqFile.empty() || !opt.dqsFile.empty() || !opt.dqsBarFile.empty() ||
-            opt.dPeriod != 0.0 || opt.bRead)
+        if (UsesMeasureOptions(opt))
         {
-            error = "--dq, --dqs, --dqs-bar, --period and --read need --measure";
+            error = kMeasureOnly;
+            return false;
+        }
+        if (!opt.reportCsv.empty() && opt.demo != "ddr-write" && opt.demo != "ddr-read")
+        {
+            error = "--report-csv needs --measure or --demo ddr-write|ddr-read";
             return false;
         }
         if (opt.output.empty())
@@ -208,11 +290,13 @@ bool CheckEyeOptions(RenderOptions& opt, std::string& error)
         return true;
     }
     if (opt.dqFile.empty())
-        error = "--measure needs --dq FILE: the folded data eye as x,y CSV";
+        error = "--measure needs --dq FILE: the data eye (FILE or FILE:SIGNAL)";
     else if (opt.dqsFile.empty())
-        error = "--measure needs --dqs FILE: the folded strobe eye as x,y CSV";
+        error = "--measure needs --dqs FILE: the strobe eye (FILE or FILE:SIGNAL)";
     else if (opt.dPeriod == 0.0)
         error = "--measure needs --period SECONDS: the fold period of the eyes";
+    else if (opt.dSkip != 0.0 && !opt.bFold)
+        error = "--skip needs --fold";
     if (!error.empty())
         return false;
     if (opt.output.empty())
@@ -245,7 +329,7 @@ ParseResult ParseOptions(int argc, const char* const* argv, RenderOptions& opt, 
         std::string arg = argv[i];
         if (bOptionsEnd || arg.size() < 2 || arg[0] != '-')
         {
-            opt.csvFiles.push_back(arg);
+            opt.dataFiles.push_back(arg);
             continue;
         }
         if (arg == "--")
@@ -266,7 +350,7 @@ ParseResult ParseOptions(int argc, const char* const* argv, RenderOptions& opt, 
                 name.erase(eq);
                 shown = "--" + name;
             }
-            info = FindLong(name);
+            info = FindLongName(kOptions, name);
         }
         else
         {
@@ -300,10 +384,14 @@ ParseResult ParseOptions(int argc, const char* const* argv, RenderOptions& opt, 
         return ParseResult::Help;
     if (IsEyeMode(opt))
         return CheckEyeOptions(opt, error) ? ParseResult::Run : ParseResult::Error;
-    if (!opt.dqFile.empty() || !opt.dqsFile.empty() || !opt.dqsBarFile.empty() ||
-        opt.dPeriod != 0.0 || opt.bRead)
+    if (UsesMeasureOptions(opt))
     {
-        error = "--dq, --dqs, --dqs-bar, --period and --read need --measure";
+        error = kMeasureOnly;
+        return ParseResult::Error;
+    }
+    if (!opt.reportCsv.empty())
+    {
+        error = "--report-csv needs --measure or --demo ddr-write|ddr-read";
         return ParseResult::Error;
     }
     if (opt.output.empty())
@@ -311,9 +399,9 @@ ParseResult ParseOptions(int argc, const char* const* argv, RenderOptions& opt, 
         error = "no output file: give -o FILE.png";
         return ParseResult::Error;
     }
-    if (opt.csvFiles.empty() && opt.chartFile.empty())
+    if (opt.dataFiles.empty() && opt.chartFile.empty())
     {
-        error = "no input: give one or more CSV files, or --chart FILE";
+        error = "no input: give one or more data files, or --chart FILE";
         return ParseResult::Error;
     }
     return ParseResult::Run;
@@ -349,25 +437,34 @@ std::string UsageText()
 
 static std::string UsageTextBase()
 {
-    return R"(Usage: plotvane-render [OPTIONS] -o OUT.png [DATA.csv ...]
+    return R"usage(Usage: plotvane-render [OPTIONS] -o OUT.png FILE[:SIGNAL] ...
        plotvane-render --demo ddr-write|ddr-read [OPTIONS]
-       plotvane-render --measure --dq FILE --dqs FILE --period SECONDS [OPTIONS]
+       plotvane-render --measure --dq FILE[:SIGNAL] --dqs FILE[:SIGNAL] --period TIME [OPTIONS]
 
-Draws XY data as a Plotvane chart, offscreen, and writes the frame as a PNG.
+Draws curves from CSV, ngspice raw and Touchstone files as a Plotvane chart,
+offscreen, and writes the frame as a PNG.
 
 Input:
-  DATA.csv              a delimited text file of x,y columns, one data set per
-                        file. Separators: comma, semicolon, tab or blanks.
-                        Lines starting with '#' and blank lines are skipped. A
-                        first line that is not all numbers is a header: it
-                        names the data set (the y column) and the X axis (the
-                        x column); without one the file name is the name.
-                        Numbers must be finite: "nan" and "inf" are refused.
-  --pairs               read each file as column pairs x1,y1,x2,y2,...: one
+  FILE                  a CSV file (one data set per file, or per column pair
+                        with --pairs), an ngspice raw file (binary or ASCII;
+                        every vector of its first plot), or a Touchstone file
+                        (.s1p, .s2p: |Z| seen at port 1).
+  FILE:SIGNAL           one vector of a raw file, e.g. sim.raw:v(dq_rx), or a
+                        named column of a CSV file (x,a,b,... shares x).
+                        A Touchstone file or an AC sweep makes an impedance
+                        chart on log axes: |Z| in Ohm over Hz (an AC sweep's
+                        |V| is |Z| with a 1 A AC current source at the node).
+  CSV files: separators comma, semicolon, tab or blanks; lines starting with
+  '#' and blank lines are skipped; a first line that is not all numbers is a
+  header naming the data sets and the X axis ("time (s)" gives the unit);
+  "nan" and "inf" are refused.
+  --pairs               read each CSV file as column pairs x1,y1,x2,y2,...: one
                         data set per pair; a pair left empty on a line has no
                         point there.
   --chart FILE          load a chart archive first (data sets, axes, cursors);
-                        CSV files given as well are added to it.
+                        data files given as well are added to it.
+  --target-z FILE       impedance limits drawn over every curve: a CSV of
+                        Hz,Ohm points (a polyline) or from Hz,to Hz,Ohm steps.
 
 Output:
   -o, --output FILE     the PNG to write (required).
@@ -375,11 +472,15 @@ Output:
   --size WxH            image size in pixels (default 1600x1000).
 
 Axes and look:
-  --x-name TEXT         X axis name (default: the first header's x column).
-  --y-name TEXT         Y axis name (default: the header's y column when
-                        there is one data set).
-  --x-unit TEXT         X axis unit, e.g. s or Hz; prefixes follow the range.
-  --y-unit TEXT         Y axis unit, e.g. V.
+  The numbers along each axis are in the unit its name shows ("Time (ns)"),
+  with the prefix chosen from the data's range; log axes write the prefix
+  into the numbers (1K, 1M, 1G).
+  --x-name TEXT         X axis name (default: from the data); a unit in
+                        brackets, "Time (s)", is the unit of the values.
+  --y-name TEXT         Y axis name (default: the one data set's name, or the
+                        quantity all sets share).
+  --x-unit TEXT         the unit the X values are in, e.g. s, ns or Hz.
+  --y-unit TEXT         the unit the Y values are in, e.g. V or Ohm.
   --log-x               logarithmic X axis (decades); X must be above 0 (a
                         sweep may start at 0 Hz when its next point lies
                         above 1 Hz).
@@ -387,8 +488,13 @@ Axes and look:
                         dropped, and Y below 0 is an error.
   --grid 0|1|2          grid: 0 solid lines (default), 1 ticks only, 2 dotted.
   --light               light background colour set (default: dark).
-  --font-size N         pixel size of axis names and grid values (default 12).
+  --font-size N         pixel size of axis names, grid values and the legend
+                        (default 12).
+  --no-legend           no legend of the data sets' names and colours.
   -h, --help            show this text and exit.
+
+Numbers: times, levels and periods take SI prefixes and units: 1.25n, 1.25ns,
+1.25e-9 (seconds); 100m, 100mV, 0.1 (volts); prefixes f p n u m k M G T.
 
 DDR eyes (a JSON report goes to standard output):
   --demo ddr-write|ddr-read
@@ -398,20 +504,32 @@ DDR eyes (a JSON report goes to standard output):
                         with the timing overlay. Default output
                         plotvane-ddr-write.png (or -read.png) in the current
                         directory, the chart beside it as .pvc.
-  --measure             the same for folded eyes from CSV files (x,y columns
-                        of an eye already folded at the period):
-  --dq FILE             the data eye (required with --measure).
-  --dqs FILE            the strobe eye (required with --measure).
-  --dqs-bar FILE        the strobe's complement, for a differential strobe.
-  --period SECONDS      the fold period, e.g. 1.25e-9 (required).
-  --vref V              the reference level (default: the middle of the
-                        strobe's swing).
-  --setup-ps N          required setup time in ps (default 100).
-  --hold-ps N           required hold time in ps (default 100).
+  --measure             the same for your own eyes: FILE or FILE:SIGNAL each,
+                        time in seconds and levels in volts.
+  --dq FILE[:SIGNAL]    the data eye (required with --measure).
+  --dqs FILE[:SIGNAL]   the strobe eye (required with --measure).
+  --dqs-bar FILE[:SIGNAL]
+                        the strobe's complement, for a differential strobe.
+  --period TIME         the fold period, e.g. 1.25n (required).
+  --fold                the inputs are waveforms in time: fold them at
+                        --period into eyes (whole periods; with more than two,
+                        the first and the last are left out).
+  --skip TIME           with --fold: start folding at TIME, past the start-up.
+  --vref V              the reference level, of any sign (default: the middle
+                        of the strobe's swing).
+  --setup-ps T          required setup time (default 100 ps; a bare number is
+                        in ps, 0.1ns and 100p are the same).
+  --hold-ps T           required hold time (default 100 ps).
   --setup-level V       setup band either side of the reference (default 0.1).
   --hold-level V        hold band either side of the reference (default 0.1).
   --read                a read cycle: measure tDQSQ and tQH instead.
   --report FILE         also write the JSON report to FILE.
+  --report-csv FILE     add the eye's row to a CSV file (header first when the
+                        file is new), for collecting results.
+  The report's "pass" is false when a margin is violated (the margin is then
+  negative), and a value that could not be measured is null. The eye's time
+  span is checked against --period, and its swing against the levels, so
+  that a unit mistake stops with a message instead of a wrong report.
   With --demo or --measure, -o defaults to a name in the current directory
   and the chart archive is saved beside the PNG unless --save-chart says.
 
@@ -419,12 +537,14 @@ Exit status: 0 when the PNG was written; 1 for unreadable or bad input, or
 when no OpenGL context could be had; 2 for a bad command line.
 
 Example:
-  plotvane-render --x-name Time --x-unit s --y-name Voltage --y-unit V \
+  plotvane-render --x-name "Time (s)" --y-name "Voltage (V)" \
       --light --size 1200x800 -o dq.png dq0.csv dq1.csv
+  plotvane-render -o pdn.png --target-z target.csv board.s1p
   plotvane-render --demo ddr-write
-  plotvane-render --measure --dq dq.csv --dqs dqs.csv --dqs-bar dqsb.csv \
-      --period 1.25e-9 --setup-ps 100 --hold-ps 100 -o eye.png
-)";
+  plotvane-render --measure --fold --skip 2.5n --period 1.25n \
+      --dq 'sim.raw:v(dq_rx)' --dqs 'sim.raw:v(dqs_rx)' \
+      --dqs-bar 'sim.raw:v(dqsn_rx)' --setup-ps 100 --hold-ps 100 -o eye.png
+)usage";
 }
 
 } // namespace plotvane

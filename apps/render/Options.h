@@ -10,7 +10,9 @@ namespace plotvane
 
 struct RenderOptions
 {
-    std::vector<std::string> csvFiles;
+    // FILE or FILE:SIGNAL: CSV, ngspice raw or Touchstone files, or one
+    // vector (a raw file's, a named CSV column) of one.
+    std::vector<std::string> dataFiles;
     std::string chartFile; // --chart: a chart archive to load first
     std::string output;    // -o/--output: the PNG to write
     std::string saveChart; // --save-chart: the chart archive to write
@@ -24,6 +26,10 @@ struct RenderOptions
     bool bLogY = false;
     bool bPairs = false;
     bool bLight = false;
+    // A legend of the sets' names in their colours.
+    bool bLegend = true;
+    // --target-z: impedance limits for the curves of an impedance chart.
+    std::string targetZFile;
     int nWidth = 1600;
     int nHeight = 1000;
     int nGrid = 0;
@@ -34,19 +40,24 @@ struct RenderOptions
 
     // --demo ddr-write|ddr-read: a generated DDR eye, measured and drawn.
     std::string demo;
-    // --measure: the same for folded eyes read from CSV files.
+    // --measure: the same for eyes read from files (FILE or FILE:SIGNAL).
     bool bMeasure = false;
     std::string dqFile;
     std::string dqsFile;
     std::string dqsBarFile;
     double dPeriod = 0.0; // seconds; required with --measure
-    std::optional<double> vref; // volts; else from the strobe's swing
+    // --fold: the inputs are waveforms in time, folded at the period from
+    // dSkip seconds on.
+    bool bFold = false;
+    double dSkip = 0.0;
+    std::optional<double> vref; // volts, of any sign; else from the strobe's swing
     double dSetupPs = 100.0;
     double dHoldPs = 100.0;
     double dSetupLevel = 0.1; // volts either side of the reference
     double dHoldLevel = 0.1;
     bool bRead = false;
     std::string reportFile; // --report: the JSON report, besides stdout
+    std::string reportCsv;  // --report-csv: a row per measured eye
 };
 
 // True when the options ask for an eye measurement (--demo or --measure).

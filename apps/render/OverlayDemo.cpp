@@ -95,8 +95,12 @@ std::vector<ChartText> TextsOf(const std::vector<ChartText>& texts, ChartTextLay
     return r;
 }
 
-int RunOverlayDemo(const OverlayDemo& demo, const RenderOptions& options)
+int RunOverlayDemo(const OverlayDemo& demo, const RenderOptions& given)
 {
+    // The overlays place their own texts about the plot; a legend could
+    // land on them.
+    RenderOptions options = given;
+    options.bLegend = false;
     auto mgr = std::make_unique<CPlotvane_Manager>();
     CreateOffscreenChart(*mgr, options);
     // The new window put a placeholder set in the empty chart.

@@ -40,8 +40,8 @@ const OverlayDemo* FindOverlayDemo(const std::string& name);
 // "eye-mask, bathtub, ...": the names, for messages.
 std::string OverlayDemoNames();
 
-// The chart, one frame, the PNG, the chart archive beside it, and the JSON
-// report on standard output (and in --report FILE).
+// The chart, one frame (without a legend), the PNG, the chart archive
+// beside it, and the JSON report on standard output (and in --report FILE).
 int RunOverlayDemo(const OverlayDemo& demo, const RenderOptions& options);
 
 // The texts of a layer, in drawing order; those that start with prefix

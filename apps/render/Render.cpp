@@ -1,7 +1,11 @@
 #include "render/Render.h"
 
+#include "render/Axes.h"
+#include "render/ChartInput.h"
+#include "render/Legend.h"
 #include <plotvane/document/GLPlotvane_Environment.h>
 #include <plotvane/document/Plotvane_Manager.h>
+#include <plotvane/measure/ChartPointDArray.h>
 #include <plotvane/platform/headless/HeadlessChart.h>
 #include <plotvane/view/GLChartView.h>
 
@@ -31,6 +35,16 @@ void ApplyLook(CGLChartView& view, const RenderOptions& options)
     view.SetGridColor(env.GetLabelColor());
 }
 
+// Whether the timing overlay will print its margin summary: a drawn DQ eye
+// at a receiver.
+bool HasEyeSummary(const CPlotvane_Manager& mgr)
+{
+    bool bEye = false;
+    ForEachDrawnSet(mgr, [&bEye](const CChartPointDArray& set)
+                    { bEye = bEye || (set.m_nDataType >= 2 && set.m_nPinRole == 2); });
+    return bEye;
+}
+
 } // namespace
 
 void RenderChartToPng(CPlotvane_Manager& mgr, const RenderOptions& options)
@@ -51,6 +65,9 @@ void DrawChartToPng(CPlotvane_Manager& mgr, const RenderOptions& options)
 {
     ApplyLook(*mgr.m_ChartDlg.GetGLChartView(), options);
     mgr.SetChartDrawFit();
+    KeepLastXValueWhole(mgr, options.nFontSize);
+    if (options.bLegend)
+        AddLegend(mgr, options.nFontSize, HasEyeSummary(mgr));
     mgr.RedrawGLChartView();
     if (!SaveChartImage(mgr, CString(options.output)))
         throw RenderError("cannot write image '" + options.output + "'");

@@ -26,8 +26,9 @@ void RenderChartToPng(CPlotvane_Manager& mgr, const RenderOptions& options);
 // Creates the offscreen chart window of the options' size; throws
 // RenderError without a GL context.
 void CreateOffscreenChart(CPlotvane_Manager& mgr, const RenderOptions& options);
-// For a chart whose window exists: the look, the fit, one frame (overlays
-// included), and the PNG.
+// For a chart whose window exists: the look, the fit (widened at the right
+// so that the last X value text shows whole), the legend unless the options
+// say no, one frame (overlays included), and the PNG.
 void DrawChartToPng(CPlotvane_Manager& mgr, const RenderOptions& options);
 
 } // namespace plotvane

@@ -1,5 +1,7 @@
-// plotvane-render: draws CSV data or a saved chart offscreen and writes the
-// frame as a PNG. See UsageText() in Options.cpp for the command line.
+// plotvane-render: draws CSV, ngspice raw and Touchstone data or a saved
+// chart offscreen and writes the frame as a PNG; measures DDR eyes. See
+// UsageText() in Options.cpp for the command line.
+#include "render/Axes.h"
 #include "render/ChartInput.h"
 #include "render/Demo.h"
 #include "render/JsonReport.h"
@@ -7,6 +9,7 @@
 #include "render/Options.h"
 #include "render/OverlayDemo.h"
 #include "render/Render.h"
+#include "render/TargetZ.h"
 #include <plotvane/document/Plotvane_Manager.h>
 #include <plotvane/platform/Backend.h>
 
@@ -53,6 +56,11 @@ private:
     int m_nNext = 25;
 };
 
+void Warn(const std::string& what)
+{
+    std::fprintf(stderr, "%s: warning: %s\n", kProgram, what.c_str());
+}
+
 int Run(const plotvane::RenderOptions& options)
 {
     plotvane::SetAppName(kProgram);
@@ -62,19 +70,22 @@ int Run(const plotvane::RenderOptions& options)
     // Before any data arrive: a logarithmic Y axis drops zeros as they come.
     plotvane::ApplyScaleOptions(*mgr, options);
 
-    std::string headerX, headerY;
-    plotvane::AddCsvFiles(*mgr, options, headerX, headerY,
-                          [](const std::string& file) { return Progress(file); });
+    const plotvane::DataAxes axes = plotvane::AddDataFiles(
+        *mgr, options, Warn, [](const std::string& file) { return Progress(file); });
+    plotvane::AxisSource x = axes.x;
+    plotvane::AxisSource y = axes.y;
     // A loaded chart keeps its own axis names unless the command line says.
     if (!options.chartFile.empty())
     {
-        headerX.clear();
-        headerY.clear();
+        x = plotvane::AxisSourceOf(mgr->m_Attribute.m_XAxis);
+        y = plotvane::AxisSourceOf(mgr->m_Attribute.m_YAxis);
     }
-    plotvane::ApplyAxisText(*mgr, options, headerX, headerY);
+    if (!options.targetZFile.empty())
+        plotvane::AddTargetImpedance(*mgr, options.targetZFile, options.bLight);
 
-    plotvane::CheckChartData(*mgr, [](const std::string& w)
-                             { std::fprintf(stderr, "%s: warning: %s\n", kProgram, w.c_str()); });
+    plotvane::CheckChartData(*mgr, Warn);
+    plotvane::ApplyAxes(*mgr, plotvane::WithOptions(x, options.xName, options.xUnit),
+                        plotvane::WithOptions(y, options.yName, options.yUnit));
 
     plotvane::RenderChartToPng(*mgr, options);
     if (!options.saveChart.empty())
@@ -115,7 +126,7 @@ int RunEye(const plotvane::RenderOptions& given)
     }
     else
     {
-        sets = plotvane::AddCsvEyes(*mgr, options);
+        sets = plotvane::AddMeasuredEyes(*mgr, options, Warn);
     }
     CPlotvane_InputData& data = mgr->m_InputData;
     plotvane::ApplyEyeOptions(options, *data.GetChartPointDArray(sets.nDQ),
@@ -156,6 +167,15 @@ int RunEye(const plotvane::RenderOptions& given)
     }
     plotvane::WriteFilesMember(json, outputs.png, outputs.chart, outputs.report);
     json.EndObject();
+    if (!options.reportCsv.empty())
+    {
+        plotvane::EyeNames names{data.GetChartPointDArray(sets.nDQ)->m_strName.str(),
+                                 data.GetChartPointDArray(sets.nDQS)->m_strName.str(),
+                                 sets.nDQSBar >= 0
+                                     ? data.GetChartPointDArray(sets.nDQSBar)->m_strName.str()
+                                     : std::string()};
+        plotvane::AppendEyeCsvRow(options.reportCsv, names, m, options);
+    }
     plotvane::EmitReport(json, outputs.report);
     return 0;
 }

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -18,6 +19,35 @@ inline std::string Slurp(const std::string& path)
     std::stringstream ss;
     ss << std::ifstream(path).rdbuf();
     return ss.str();
+}
+
+// The number after "key": in a report, from offset from on; NaN for null
+// or a missing key.
+inline double JsonNumber(const std::string& json, const std::string& key, std::size_t from = 0)
+{
+    const std::size_t at = json.find("\"" + key + "\": ", from);
+    if (at == std::string::npos)
+        return NAN;
+    const char* p = json.c_str() + at + key.size() + 4;
+    char* end = nullptr;
+    const double v = std::strtod(p, &end);
+    return end == p ? NAN : v;
+}
+
+// The text after "key": up to the end of its line, quotes and comma left
+// off: a string's content, "null", "true" or "false".
+inline std::string JsonString(const std::string& json, const std::string& key)
+{
+    const std::size_t at = json.find("\"" + key + "\": ");
+    if (at == std::string::npos)
+        return std::string();
+    std::size_t from = at + key.size() + 4;
+    std::size_t to = json.find('\n', from);
+    if (to != std::string::npos && to > from && json[to - 1] == ',')
+        --to;
+    if (json[from] == '"')
+        return json.substr(from + 1, json.find('"', from + 1) - from - 1);
+    return json.substr(from, to - from);
 }
 
 struct Result

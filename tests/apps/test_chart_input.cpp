@@ -159,7 +159,7 @@ TEST(ChartInput, CsvFilesMatchSeriesAddedWhole)
     plotvane::RenderOptions o;
     o.bPairs = true;
     o.bLight = true;
-    o.csvFiles = {pairs, plain};
+    o.dataFiles = {pairs, plain};
     CPlotvane_Manager streamed;
     std::string headerX, headerY;
     EXPECT_EQ(plotvane::AddCsvFiles(streamed, o, headerX, headerY), 3);
@@ -169,7 +169,7 @@ TEST(ChartInput, CsvFilesMatchSeriesAddedWhole)
     CPlotvane_Manager whole;
     plotvane::CsvReadOptions ro;
     ro.bColumnPairs = true;
-    for (const std::string& path : o.csvFiles)
+    for (const std::string& path : o.dataFiles)
     {
         for (const CsvSeries& s : plotvane::ReadCsvFile(path, ro).series)
         {
@@ -199,10 +199,34 @@ TEST(ChartInput, CsvFilesMatchSeriesAddedWhole)
         std::fclose(f);
     }
     o.bPairs = false;
-    o.csvFiles = {bad};
+    o.dataFiles = {bad};
     const int nExponent = streamed.m_Attribute.m_YAxis.m_nMinExponent;
     EXPECT_THROW(plotvane::AddCsvFiles(streamed, o, headerX, headerY), plotvane::CsvError);
     std::remove(bad.c_str());
     EXPECT_EQ(streamed.m_InputData.GetDataSetSize(), 3u);
     EXPECT_EQ(streamed.m_Attribute.m_YAxis.m_nMinExponent, nExponent);
+}
+
+// A header "x,y" with no unit: the axis shows the prefix of its numbers
+// alone, with no doubled brackets.
+TEST(ChartInput, DataFilesNameTheirAxes)
+{
+    const std::string csv = TempPath("_xy.csv");
+    std::FILE* f = std::fopen(csv.c_str(), "w");
+    ASSERT_NE(f, nullptr);
+    std::fputs("x,y\n0,1\n2e-6,3\n", f);
+    std::fclose(f);
+    CPlotvane_Manager m;
+    plotvane::RenderOptions o;
+    o.dataFiles = {csv};
+    const plotvane::DataAxes axes = plotvane::AddDataFiles(m, o, [](const std::string&) {});
+    std::remove(csv.c_str());
+    EXPECT_FALSE(axes.bImpedance);
+    EXPECT_EQ(axes.x.name + "|" + axes.x.unit, "x|");
+    plotvane::ApplyAxes(m, axes.x, axes.y);
+    EXPECT_EQ(m.GetAxisXName(), CString("x (u)"));
+    EXPECT_EQ(m.GetAxisYName(), CString("y"));
+    // The chart shows the names as given, and the numbers in the unit.
+    EXPECT_EQ(m.GetUnitNameX(), CString("0"));
+    EXPECT_DOUBLE_EQ(m.GetXUnit(), 1e6);
 }

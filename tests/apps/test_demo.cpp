@@ -17,29 +17,10 @@
 
 namespace
 {
+using plotvane_test::JsonNumber;
+using plotvane_test::JsonString;
 using plotvane_test::Result;
 using plotvane_test::Slurp;
-
-// The number after "key": in the report; NaN for null or a missing key.
-double JsonNumber(const std::string& json, const std::string& key)
-{
-    const std::size_t at = json.find("\"" + key + "\": ");
-    if (at == std::string::npos)
-        return NAN;
-    const char* p = json.c_str() + at + key.size() + 4;
-    char* end = nullptr;
-    const double v = std::strtod(p, &end);
-    return end == p ? NAN : v;
-}
-
-std::string JsonString(const std::string& json, const std::string& key)
-{
-    const std::size_t at = json.find("\"" + key + "\": \"");
-    if (at == std::string::npos)
-        return std::string();
-    const std::size_t from = at + key.size() + 5;
-    return json.substr(from, json.find('"', from) - from);
-}
 
 // The writer ends its text with a newline only once the outer value has
 // closed, and a non-finite number must have become null.

@@ -13,6 +13,7 @@
 
 namespace
 {
+using plotvane_test::JsonNumber;
 using plotvane_test::Result;
 
 // The object member "name": { ... } of the report, without nesting.
@@ -22,17 +23,6 @@ std::string Member(const std::string& json, const std::string& name, std::size_t
     if (at == std::string::npos)
         return std::string();
     return json.substr(at, json.find('}', at) - at);
-}
-
-double Number(const std::string& json, const std::string& key)
-{
-    const std::size_t at = json.find("\"" + key + "\": ");
-    if (at == std::string::npos)
-        return NAN;
-    const char* p = json.c_str() + at + key.size() + 4;
-    char* end = nullptr;
-    const double v = std::strtod(p, &end);
-    return end == p ? NAN : v;
 }
 
 // Equal to what "%g" prints of api: six significant digits.
@@ -63,38 +53,38 @@ TEST_F(LevelDemos, OvershootUndershootAndAreaShowTheApisNumbers)
         const std::string json = RunDemo(name);
         const std::string api = Member(json, "api"), shown = Member(json, "overlay");
         const char* extreme = std::string(name) == "overshoot" ? "peak_v" : "dip_v";
-        ExpectPrintedG(Number(shown, "measured_mv"), Number(api, "measured_mv"), name);
-        ExpectPrintedG(Number(shown, "margin"), Number(api, "margin"), name);
-        EXPECT_EQ(Number(shown, "limit_mv"), Number(api, "limit_mv")) << name;
+        ExpectPrintedG(JsonNumber(shown, "measured_mv"), JsonNumber(api, "measured_mv"), name);
+        ExpectPrintedG(JsonNumber(shown, "margin"), JsonNumber(api, "margin"), name);
+        EXPECT_EQ(JsonNumber(shown, "limit_mv"), JsonNumber(api, "limit_mv")) << name;
         // The red line stands at the waveform's own extreme.
-        EXPECT_NEAR(Number(shown, extreme), Number(api, extreme), 1e-6) << name;
+        EXPECT_NEAR(JsonNumber(shown, extreme), JsonNumber(api, extreme), 1e-6) << name;
     }
     const std::string json = RunDemo("overshoot-area");
-    const double area = Number(Member(json, "api"), "area_v_ns");
+    const double area = JsonNumber(Member(json, "api"), "area_v_ns");
     EXPECT_GT(area, 0.01);
     EXPECT_LT(area, 0.2);
-    ExpectPrintedG(Number(Member(json, "overlay"), "margin"), 0.1 - area, "area margin");
+    ExpectPrintedG(JsonNumber(Member(json, "overlay"), "margin"), 0.1 - area, "area margin");
 }
 
 TEST_F(LevelDemos, VixAndVidShowTheApisNumbers)
 {
     std::string json = RunDemo("vix-vid");
     std::string api = Member(json, "api"), shown = Member(json, "overlay");
-    const double lo = Number(api, "crossing_low_v"), hi = Number(api, "crossing_high_v");
+    const double lo = JsonNumber(api, "crossing_low_v"), hi = JsonNumber(api, "crossing_high_v");
     // The lag splits the crossings around the common mode, 40 mV up.
     EXPECT_LT(lo, 0.64);
     EXPECT_GT(hi, 0.64);
-    const double R = Number(api, "vref_v");
+    const double R = JsonNumber(api, "vref_v");
     const double E = std::fabs(R - lo) > std::fabs(R - hi) ? lo : hi;
-    EXPECT_NEAR(Number(shown, "extreme_crossing_v"), E, 1e-6);
-    EXPECT_NEAR(Number(shown, "vref_v"), R, 1e-6);
-    ExpectPrintedG(Number(shown, "vix_mv"), Number(api, "vix_mv"), "vix");
-    ExpectPrintedG(Number(shown, "margin_mv"), Number(api, "margin_mv"), "vix margin");
+    EXPECT_NEAR(JsonNumber(shown, "extreme_crossing_v"), E, 1e-6);
+    EXPECT_NEAR(JsonNumber(shown, "vref_v"), R, 1e-6);
+    ExpectPrintedG(JsonNumber(shown, "vix_mv"), JsonNumber(api, "vix_mv"), "vix");
+    ExpectPrintedG(JsonNumber(shown, "margin_mv"), JsonNumber(api, "margin_mv"), "vix margin");
 
     json = RunDemo("vid");
     api = Member(json, "api");
-    ExpectPrintedG(Number(Member(json, "overlay"), "margin_mv"),
-                   Number(api, "vid_mv") - Number(api, "vid_min_mv"), "vid margin");
+    ExpectPrintedG(JsonNumber(Member(json, "overlay"), "margin_mv"),
+                   JsonNumber(api, "vid_mv") - JsonNumber(api, "vid_min_mv"), "vid margin");
 }
 
 TEST_F(LevelDemos, BathtubWidthsMatchTheSearchAndTheJitterModel)
@@ -107,12 +97,12 @@ TEST_F(LevelDemos, BathtubWidthsMatchTheSearchAndTheJitterModel)
         const std::string entry = json.substr(at, json.find('}', at) - at);
         // "%.4f" of the width in the axis unit, the same as the API's
         // crossings rounded so.
-        EXPECT_NEAR(Number(entry, "overlay_width_axis"), Number(entry, "api_width_axis"), 1e-9)
+        EXPECT_NEAR(JsonNumber(entry, "overlay_width_axis"), JsonNumber(entry, "api_width_axis"), 1e-9)
             << entry;
         // The usual dual-Dirac estimate of the opening (both Gaussian tails at
         // full weight) agrees to within 1 % of the UI.
-        EXPECT_NEAR(Number(entry, "api_width_ps"), Number(entry, "model_opening_ps"), 10.0) << entry;
-        EXPECT_LT(Number(entry, "floor_ber"), 1e-15) << entry;
+        EXPECT_NEAR(JsonNumber(entry, "api_width_ps"), JsonNumber(entry, "model_opening_ps"), 10.0) << entry;
+        EXPECT_LT(JsonNumber(entry, "floor_ber"), 1e-15) << entry;
     }
     EXPECT_EQ(n, 4);
 }
@@ -122,7 +112,7 @@ TEST_F(LevelDemos, EyeMaskStandsOnTheEyeCentreAndClearsTheEye)
     const std::string json = RunDemo("eye-mask");
     const std::string api = Member(json, "api"), shown = Member(json, "overlay");
     for (const char* key : {"centre_ps", "centre_v", "tip_half_width_ps", "half_height_mv"})
-        EXPECT_EQ(Number(shown, key), Number(api, key)) << key;
+        EXPECT_EQ(JsonNumber(shown, key), JsonNumber(api, key)) << key;
     EXPECT_NE(api.find("\"eye_enters_mask_core\": false"), std::string::npos);
     EXPECT_NE(shown.find("\"visible\": true"), std::string::npos);
 }

@@ -52,7 +52,7 @@ TEST(RenderOptions, EveryOption)
     EXPECT_EQ(o.nHeight, 480);
     EXPECT_EQ(o.nGrid, 2);
     EXPECT_EQ(o.nFontSize, 16);
-    EXPECT_EQ(o.csvFiles, (std::vector<std::string>{"a.csv", "-b.csv"}));
+    EXPECT_EQ(o.dataFiles, (std::vector<std::string>{"a.csv", "-b.csv"}));
 
     // A chart alone is input enough; --help wins unless an error came first.
     EXPECT_EQ(Parse({"--chart", "c", "-o", "x.png"}).result, ParseResult::Run);
@@ -70,7 +70,7 @@ TEST(RenderOptions, BadValues)
     };
     const Case cases[] = {
         {{"a.csv"}, "no output file: give -o FILE.png"},
-        {{"-o", "x.png"}, "no input: give one or more CSV files, or --chart FILE"},
+        {{"-o", "x.png"}, "no input: give one or more data files, or --chart FILE"},
         {{"-o"}, "option '-o' needs a value"},
         {{"-o", "x", "a", "--bogus"}, "unknown option '--bogus'"},
         {{"-o", "x", "a", "-x"}, "unknown option '-x'"},
@@ -98,4 +98,54 @@ TEST(RenderOptions, BadValues)
     EXPECT_TRUE(plotvane::ParseSize("16X16384", w, h));
     EXPECT_EQ(w, 16);
     EXPECT_EQ(h, 16384);
+}
+
+TEST(RenderOptions, EyeQuantitiesTakePrefixesAndUnits)
+{
+    Parsed p = Parse({"--measure", "--dq", "sim.raw:v(dq)", "--dqs", "d.csv", "--period", "1.25ns",
+                      "--fold", "--skip", "5n", "--vref=-0.2V", "--setup-ps", "0.1ns", "--hold-ps",
+                      "80", "--setup-level", "100mV", "--hold-level", "0.05", "--report-csv", "r.csv"});
+    ASSERT_EQ(p.result, ParseResult::Run) << p.error;
+    const RenderOptions& o = p.options;
+    EXPECT_DOUBLE_EQ(o.dPeriod, 1.25e-9);
+    EXPECT_TRUE(o.bFold);
+    EXPECT_DOUBLE_EQ(o.dSkip, 5e-9);
+    EXPECT_DOUBLE_EQ(*o.vref, -0.2);
+    EXPECT_NEAR(o.dSetupPs, 100.0, 1e-9);
+    EXPECT_DOUBLE_EQ(o.dHoldPs, 80.0);
+    EXPECT_NEAR(o.dSetupLevel, 0.1, 1e-15);
+    EXPECT_EQ(o.dqFile, "sim.raw:v(dq)");
+    EXPECT_EQ(o.reportCsv, "r.csv");
+
+    struct Case
+    {
+        std::initializer_list<const char*> args;
+        const char* error;
+    };
+    const Case cases[] = {
+        {{"--measure", "--dq", "a", "--dqs", "b", "--period", "1.25x"},
+         "bad value '1.25x' for --period: 'x' is neither an SI prefix nor 's'; expected a "
+         "number above 0 such as 1.25n, 1.25ns or 1.25e-9"},
+        {{"--measure", "--dq", "a", "--dqs", "b", "--period", "1n", "--setup-level", "5ns"},
+         "bad value '5ns' for --setup-level: 'ns' is neither an SI prefix nor 'V'; expected a "
+         "number of 0 or more such as 0.1, 100m or 100mV"},
+        // Seconds written into an option counted in ps.
+        {{"--measure", "--dq", "a", "--dqs", "b", "--period", "1n", "--setup-ps", "1e-10"},
+         "bad value '1e-10' for --setup-ps: a bare number counts in ps here, so this is 1e-10 "
+         "ps; for 100 ps write 100 or 100p"},
+        {{"--measure", "--dq", "a", "--dqs", "b", "--period", "1n", "--skip", "1n"},
+         "--skip needs --fold"},
+        {{"-o", "x.png", "a.csv", "--fold"},
+         "--dq, --dqs, --dqs-bar, --period, --read, --fold and --skip need --measure"},
+        {{"-o", "x.png", "a.csv", "--report-csv", "r.csv"},
+         "--report-csv needs --measure or --demo ddr-write|ddr-read"},
+        {{"--demo", "tdr", "--report-csv", "r.csv"},
+         "--report-csv needs --measure or --demo ddr-write|ddr-read"},
+    };
+    for (const Case& c : cases)
+    {
+        Parsed bad = Parse(c.args);
+        EXPECT_EQ(bad.result, ParseResult::Error);
+        EXPECT_EQ(bad.error, c.error);
+    }
 }

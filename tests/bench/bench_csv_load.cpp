@@ -3,7 +3,7 @@
 // chart's data sets (read, parse, samples into the pool), for 10^5 to 10^7
 // lines of the "x,y" form that scopes and simulators write.
 #include "render/ChartInput.h"
-#include "render/CsvReader.h"
+#include <plotvane/io/CsvReader.h>
 
 #include <plotvane/document/Plotvane_Manager.h>
 
@@ -78,7 +78,7 @@ void BM_LoadCsvIntoChart(benchmark::State& state)
         }
     }
     plotvane::RenderOptions options;
-    options.csvFiles.push_back(path);
+    options.dataFiles.push_back(path);
     for (auto _ : state)
     {
         auto mgr = std::make_unique<CPlotvane_Manager>();

@@ -1,4 +1,6 @@
-#include "render/CsvReader.h"
+#include <plotvane/io/CsvReader.h>
+
+#include <plotvane/io/TextLines.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -24,20 +26,7 @@ enum class NumberStatus
     OutOfRange
 };
 
-bool IsBlank(char c)
-{
-    return c == ' ' || c == '\t' || c == '\r';
-}
-
-std::string_view Trim(std::string_view s)
-{
-    std::size_t b = 0, e = s.size();
-    while (b < e && IsBlank(s[b]))
-        ++b;
-    while (e > b && IsBlank(s[e - 1]))
-        --e;
-    return s.substr(b, e - b);
-}
+using io::TrimBlanks;
 
 // The decimal forms that instruments write ("-1.234567e-09", "0.5") with at
 // most 19 significant digits whose value fits 53 bits, and a power of ten
@@ -143,17 +132,7 @@ void SplitFields(std::string_view line, char sep, std::vector<std::string_view>&
     out.clear();
     if (sep == 0)
     {
-        std::size_t i = 0;
-        while (i < line.size())
-        {
-            while (i < line.size() && IsBlank(line[i]))
-                ++i;
-            std::size_t b = i;
-            while (i < line.size() && !IsBlank(line[i]))
-                ++i;
-            if (i > b)
-                out.push_back(line.substr(b, i - b));
-        }
+        io::SplitBlanks(line, out);
         return;
     }
     std::size_t b = 0;
@@ -162,10 +141,10 @@ void SplitFields(std::string_view line, char sep, std::vector<std::string_view>&
         std::size_t e = line.find(sep, b);
         if (e == std::string_view::npos)
         {
-            out.push_back(Trim(line.substr(b)));
+            out.push_back(TrimBlanks(line.substr(b)));
             break;
         }
-        out.push_back(Trim(line.substr(b, e - b)));
+        out.push_back(TrimBlanks(line.substr(b, e - b)));
         b = e + 1;
     }
     // A trailing separator ("1,2,") adds no column.
@@ -189,7 +168,7 @@ std::size_t EstimateLines(std::string_view text)
 std::string HeaderName(std::string_view field, std::size_t column)
 {
     if (field.size() >= 2 && field.front() == '"' && field.back() == '"')
-        field = Trim(field.substr(1, field.size() - 2));
+        field = TrimBlanks(field.substr(1, field.size() - 2));
     if (field.empty())
         return "column " + std::to_string(column + 1);
     return std::string(field);
@@ -216,10 +195,11 @@ public:
 private:
     [[noreturn]] void Fail(std::size_t lineNo, const std::string& what) const
     {
-        throw CsvError(m_source + ":" + std::to_string(lineNo) + ": " + what);
+        throw CsvError(m_source, lineNo, what);
     }
     void StartTable(std::string_view line, std::string_view trimmed, std::size_t lineNo);
     void AddLine(std::size_t lineNo);
+    void AddSharedXLine(std::size_t lineNo);
     bool AddPlainPair(std::string_view line);
     double FieldValue(std::size_t lineNo, std::size_t column) const;
     void ReportProgress(std::size_t pos);
@@ -239,6 +219,7 @@ private:
     char m_sep = 0;
     // Two columns and a separator character: the common "x,y" file.
     bool m_bPlainPairs = false;
+    bool m_bSharedX = false;
     bool m_bProgress = false;
     std::size_t m_nNextProgress = 0;
 };
@@ -248,8 +229,11 @@ void Parser::StartTable(std::string_view line, std::string_view trimmed, std::si
     m_sep = DetectSeparator(trimmed);
     SplitFields(line, m_sep, m_fields);
     m_nColumns = m_fields.size();
-    m_bPlainPairs = !m_options.bColumnPairs && m_sep != 0;
-    if (!m_options.bColumnPairs && m_nColumns != 2)
+    m_bSharedX = m_options.bSharedX && !m_options.bColumnPairs;
+    m_bPlainPairs = !m_options.bColumnPairs && m_sep != 0 && m_nColumns == 2;
+    if (m_bSharedX && m_nColumns < 2)
+        Fail(lineNo, "expected columns x,y1,y2,..., found 1 column");
+    if (!m_options.bColumnPairs && !m_bSharedX && m_nColumns != 2)
     {
         Fail(lineNo, "expected 2 columns (x, y), found " + std::to_string(m_nColumns) +
                          " (use --pairs for x1,y1,x2,y2,...)");
@@ -263,15 +247,16 @@ void Parser::StartTable(std::string_view line, std::string_view trimmed, std::si
         m_table.bHeader = m_table.bHeader || ParseNumber(f, v) == NumberStatus::Bad;
 
     std::size_t guess = EstimateLines(m_text);
-    std::size_t nPairs = m_nColumns / 2;
+    std::size_t nPairs = m_bSharedX ? m_nColumns - 1 : m_nColumns / 2;
     m_counts.assign(nPairs, 0);
     std::string stem = FileStem(m_source);
     m_table.series.resize(nPairs);
     for (std::size_t k = 0; k < nPairs; ++k)
     {
         CsvSeries& s = m_table.series[k];
+        const std::size_t yColumn = m_bSharedX ? k + 1 : 2 * k + 1;
         if (m_table.bHeader)
-            s.name = HeaderName(m_fields[2 * k + 1], 2 * k + 1);
+            s.name = HeaderName(m_fields[yColumn], yColumn);
         else
             s.name = nPairs == 1 ? stem : stem + " " + std::to_string(k + 1);
     }
@@ -284,7 +269,7 @@ void Parser::StartTable(std::string_view line, std::string_view trimmed, std::si
         s.y.reserve(std::min(guess, kBlockLines));
     }
     if (!m_table.bHeader)
-        AddLine(lineNo);
+        m_bSharedX ? AddSharedXLine(lineNo) : AddLine(lineNo);
 }
 
 void Parser::Flush(std::size_t pos)
@@ -347,6 +332,20 @@ void Parser::AddLine(std::size_t lineNo)
     }
 }
 
+// x,y1,y2,...: the x is parsed once for all the series.
+void Parser::AddSharedXLine(std::size_t lineNo)
+{
+    if (m_fields.size() != m_nColumns)
+        Fail(lineNo, "expected " + std::to_string(m_nColumns) + " columns, found " +
+                         std::to_string(m_fields.size()));
+    const double x = FieldValue(lineNo, 0);
+    for (std::size_t k = 0; k < m_table.series.size(); ++k)
+    {
+        m_table.series[k].x.push_back(x);
+        m_table.series[k].y.push_back(FieldValue(lineNo, k + 1));
+    }
+}
+
 // The usual line of a two-column file, split and parsed in place. Anything
 // else (another separator, an empty or bad field) answers false and takes
 // the general path, which also words the error.
@@ -359,8 +358,8 @@ bool Parser::AddPlainPair(std::string_view line)
     if (rest.find(m_sep) != std::string_view::npos)
         return false;
     double x = 0.0, y = 0.0;
-    if (ParseNumber(Trim(line.substr(0, at)), x) != NumberStatus::Ok ||
-        ParseNumber(Trim(rest), y) != NumberStatus::Ok)
+    if (ParseNumber(TrimBlanks(line.substr(0, at)), x) != NumberStatus::Ok ||
+        ParseNumber(TrimBlanks(rest), y) != NumberStatus::Ok)
         return false;
     CsvSeries& s = m_table.series[0];
     s.x.push_back(x);
@@ -397,7 +396,7 @@ void Parser::Run()
         ++lineNo;
         // Blank and comment tests look past blanks; the split does not, so
         // that a leading empty tab-separated field keeps its column.
-        std::string_view trimmed = Trim(line);
+        std::string_view trimmed = TrimBlanks(line);
         if (trimmed.empty() || trimmed.front() == '#')
             continue;
         if (!line.empty() && line.back() == '\r')
@@ -411,7 +410,7 @@ void Parser::Run()
         if (!m_bPlainPairs || !AddPlainPair(line))
         {
             SplitFields(line, m_sep, m_fields);
-            AddLine(lineNo);
+            m_bSharedX ? AddSharedXLine(lineNo) : AddLine(lineNo);
         }
         if (++m_nBlockLines == kBlockLines)
         {
@@ -421,16 +420,18 @@ void Parser::Run()
         ReportProgress(pos);
     }
     if (!bStarted)
-        throw CsvError(m_source + ": no data points");
+        throw CsvError(m_source, 0, "no data points");
     Flush(m_text.size());
     for (std::size_t k = 0; k < m_table.series.size(); ++k)
     {
         if (m_counts[k] != 0)
             continue;
-        if (m_table.series.size() == 1)
-            throw CsvError(m_source + ": no data points");
-        throw CsvError(m_source + ": no data points in column pair " + std::to_string(k + 1) +
-                       " ('" + m_table.series[k].name + "')");
+        // Shared-x series all have the points of the x column.
+        if (m_table.series.size() == 1 || m_bSharedX)
+            throw CsvError(m_source, 0, "no data points");
+        throw CsvError(m_source, 0,
+                       "no data points in column pair " + std::to_string(k + 1) + " ('" +
+                           m_table.series[k].name + "')");
     }
     if (m_bProgress)
         m_options.progress(1.0);
@@ -554,6 +555,13 @@ private:
 };
 
 } // namespace
+
+CsvError::CsvError(const std::string& source, std::size_t line, const std::string& detail)
+    : std::runtime_error(source + (line ? ":" + std::to_string(line) : std::string()) + ": " +
+                         detail),
+      m_nLine(line), m_strDetail(detail)
+{
+}
 
 bool ParseCsvNumber(std::string_view field, double& value)
 {

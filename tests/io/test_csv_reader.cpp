@@ -1,4 +1,4 @@
-#include "render/CsvReader.h"
+#include <plotvane/io/CsvReader.h>
 
 #include <gtest/gtest.h>
 

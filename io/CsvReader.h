@@ -1,4 +1,5 @@
-// Reading XY data from delimited text files for plotvane-render.
+// Reading XY data from delimited text files: the fast reader behind
+// plotvane-render, plotvane-viewer and io::ReadCsv.
 //
 // The format, decided once per file from its first content line:
 // - '#' comment lines and blank lines are skipped anywhere;
@@ -12,7 +13,9 @@
 // trailing empty field, from a trailing separator, does not count). Without
 // column pairs there must be exactly two columns, x and y. With column
 // pairs the columns are x1,y1,x2,y2,...; a pair left empty on a line has no
-// point there, so that columns of different lengths can share a file.
+// point there, so that columns of different lengths can share a file. With
+// a shared x the columns are x,y1,y2,...: one series per y column, all on
+// the first column's x.
 #pragma once
 
 #include <cstddef>
@@ -37,6 +40,8 @@ struct CsvReadOptions
 {
     // x1,y1,x2,y2,... gives one series per column pair.
     bool bColumnPairs = false;
+    // x,y1,y2,... gives one series per y column (ignored with bColumnPairs).
+    bool bSharedX = false;
     // Called now and then with the fraction of the input read so far; only
     // for inputs of at least nProgressMinBytes.
     std::function<void(double)> progress;
@@ -57,6 +62,16 @@ class CsvError : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;
+    // "<source>:<line>: <detail>", or "<source>: <detail>" for line 0.
+    CsvError(const std::string& source, std::size_t line, const std::string& detail);
+    // The line named in the message (0 for none) and the message without
+    // its source and line (empty for a file that could not be read).
+    std::size_t Line() const { return m_nLine; }
+    const std::string& Detail() const { return m_strDetail; }
+
+private:
+    std::size_t m_nLine = 0;
+    std::string m_strDetail;
 };
 
 // Takes a table as it is read, block by block, so that a large file never
