@@ -1,5 +1,6 @@
 #include <plotvane/measure/ChartPointDArray.h>
 
+#include <plotvane/measure/PairSweep.h>
 #include <plotvane/measure/SearchSkeleton.h>
 
 #include <algorithm>
@@ -243,7 +244,9 @@ int CChartPointDArray::GetDataCrossMinMaxXValueByPointArray(
 
 // Looks only at the first half of this array's X span, and passes over
 // segments wider than half a period of this array, in both arrays: such a
-// segment bridges a gap in the eye rather than following the signal.
+// segment bridges a gap in the eye rather than following the signal. The
+// pairs are found by a sweep (PairSweep.h) in n log n, with the answer of the
+// walk over every pair, which remains for inputs the sweep does not cover.
 int CChartPointDArray::GetDataCrossMinMaxYValueByPointArray(const CChartPointDArray* pOther,
                                                             double dYMin, double dYMax,
                                                             double dScaleX, double dScaleY,
@@ -261,6 +264,10 @@ int CChartPointDArray::GetDataCrossMinMaxYValueByPointArray(const CChartPointDAr
     const std::vector<INT_PTR> keptSelf = KeptSegments(GetData(), GetSize(), keep);
     const std::vector<INT_PTR> keptOther = KeptSegments(pOther->GetData(), pOther->GetSize(), keep);
 
+    plotvane::OrderedHitExtent swept;
+    if (plotvane::SweepPairMeetY(GetData(), keptSelf, pOther->GetData(), keptOther, dScaleX,
+                                 dScaleY, dYMin, dYMax, swept))
+        return swept.Result(dMinY, dMaxY);
     HitExtent ext;
     ForEachSegmentPair(GetData(), keptSelf, pOther->GetData(), keptOther,
                        [&](const CChartPointD& a, const CChartPointD& b, const CChartPointD& c,

@@ -2,11 +2,7 @@
 // real 800 x 600 frames: their texts caught by the text hook, their lines
 // found by colour where the numbers put them, and the DFE zoom read back
 // from the view area.
-#include "overlay_fixture.h"
-
-#include <cstdio>
-#include <string>
-#include <vector>
+#include "level_overlay_fixture.h"
 
 namespace
 {
@@ -24,41 +20,15 @@ std::string Fmt(const char* fmt, double v)
 }
 } // namespace
 
-class MeasuredMarks : public OverlayFixture
+class MeasuredMarks : public LevelOverlayTest
 {
 protected:
-    void SetUp() override
+    // How many overlay texts start with prefix.
+    size_t Count(const std::string& prefix) const
     {
-        OverlayFixture::SetUp();
-        if (HasFatalFailure() || IsSkipped())
-            return;
-        view->SetTextHook(
-            [this](const plotvane::ChartText& t)
-            {
-                if (t.layer == plotvane::ChartTextLayer::Overlay)
-                    texts.push_back(t);
-            });
-    }
-    void Repaint()
-    {
-        texts.clear();
-        Paint();
-    }
-    // The overlay texts that start with prefix.
-    std::vector<plotvane::ChartText> With(const std::string& prefix) const
-    {
-        std::vector<plotvane::ChartText> r;
-        for (const auto& t : texts)
-            if (std::string(t.strText.str()).rfind(prefix, 0) == 0)
-                r.push_back(t);
-        return r;
-    }
-    // A texts's position, to a float rounding of the view.
-    void ExpectAt(const plotvane::ChartText& t, double x, double y)
-    {
-        const plotvane::ChartFrame f = view->GetChartFrame();
-        EXPECT_NEAR(t.ptLogical.x, x, f.Width() * 1e-6) << t.strText.str();
-        EXPECT_NEAR(t.ptLogical.y, y, f.Height() * 1e-6) << t.strText.str();
+        const std::vector<std::string> all = Strings();
+        return size_t(std::count_if(all.begin(), all.end(),
+                                    [&](const std::string& t) { return t.rfind(prefix, 0) == 0; }));
     }
     bool ColorAt(COLORREF c, double x, double y, int r = 2)
     {
@@ -75,8 +45,6 @@ protected:
         m.SetChartDrawFit();
         return i;
     }
-
-    std::vector<plotvane::ChartText> texts;
 };
 
 TEST_F(MeasuredMarks, FlightTimeTextsArrowAndLevels)
@@ -89,45 +57,38 @@ TEST_F(MeasuredMarks, FlightTimeTextsArrowAndLevels)
     m.m_dFlightTimeX2 = 5.5 * ns;
     m.m_dFlightTimeLevel1 = 0.75;
     m.m_dFlightTimeLevel2 = 0.75;
-    Repaint();
+    Measure();
     const plotvane::ChartFrame f = view->GetChartFrame();
-    const double gx = CPlotvane_InputData::m_dViewScaleX;
-    const double gy = CPlotvane_InputData::m_dViewScaleY;
-
-    const auto summary = With("FlightTime : ");
-    ASSERT_EQ(summary.size(), 1u);
-    EXPECT_EQ(summary[0].strText.str(), "FlightTime : 3500.0ps");
-    EXPECT_EQ(summary[0].crColor, kRed);
-    ExpectAt(summary[0], f.Right() - f.Width() * 0.25, f.Top() - f.Height() / 15);
-
-    const auto delta = With(Fmt("%.3f", 3.5 * ns * m.GetXUnit()));
-    ASSERT_EQ(delta.size(), 1u);
-    EXPECT_EQ(delta[0].crColor, kOrange);
-    ExpectAt(delta[0], 3.75 * ns * 21 / 20 * gx, 0.75 * 21 / 20 * gy);
+    const double gx = Gx(), gy = Gy();
+    EXPECT_EQ(Count("FlightTime : "), 1u);
+    ExpectText("FlightTime : 3500.0ps", f.Right() - f.Width() * 0.25, f.Top() - f.Height() / 15,
+               kRed);
+    const std::string delta = Fmt("%.3f", 3.5 * ns * m.GetXUnit());
+    EXPECT_EQ(Count(delta), 1u);
+    ExpectText(delta.c_str(), 3.75 * ns * 21 / 20 * gx, 0.75 * 21 / 20 * gy, kOrange);
 
     // Equal levels: one line, one label.
     const std::string level = Fmt("%.3f", m.GetYUnit() * 0.75);
-    ASSERT_EQ(With(level).size(), 1u);
-    EXPECT_EQ(With(level)[0].crColor, kBlue);
-    ExpectAt(With(level)[0], f.Right() - f.Width() * 0.125, 0.75 * 21 / 20 * gy);
+    EXPECT_EQ(Count(level), 1u);
+    ExpectText(level.c_str(), f.Right() - f.Width() * 0.125, 0.75 * 21 / 20 * gy, kBlue);
     EXPECT_TRUE(ColorAt(kBlue, 1 * ns, 0.75));
     EXPECT_TRUE(ColorAt(kOrange, 3 * ns, 0.75));
     EXPECT_FALSE(ColorAt(kBlue, 1 * ns, 0.45));
 
     m.m_dFlightTimeLevel2 = 0.45;
-    Repaint();
-    EXPECT_EQ(With(level).size(), 1u);
-    ASSERT_EQ(With(Fmt("%.3f", m.GetYUnit() * 0.45)).size(), 1u);
+    Measure();
+    EXPECT_EQ(Count(level), 1u);
+    EXPECT_EQ(Count(Fmt("%.3f", m.GetYUnit() * 0.45)), 1u);
     EXPECT_TRUE(ColorAt(kBlue, 1 * ns, 0.45));
 
     // Off with level 1 at 0.0 or a net name missing.
     m.m_dFlightTimeLevel1 = 0.0;
-    Repaint();
-    EXPECT_TRUE(With("FlightTime").empty());
+    Measure();
+    EXPECT_EQ(Count("FlightTime"), 0u);
     m.m_dFlightTimeLevel1 = 0.75;
     m.m_strMeasureNet = "";
-    Repaint();
-    EXPECT_TRUE(With("FlightTime").empty());
+    Measure();
+    EXPECT_EQ(Count("FlightTime"), 0u);
 }
 
 class Crosstalk : public MeasuredMarks
@@ -152,29 +113,22 @@ TEST_F(Crosstalk, NearEndPeakWithDropLinesAndText)
     m.SetChartDrawFit();
     m.m_strNEXTNet = "DQ3";
     m.m_nCrosstalkPointIndex = 2;
-    Repaint();
-    const auto t = With("NEXT : ");
-    ASSERT_EQ(t.size(), 1u);
-    EXPECT_EQ(t[0].strText.str(), "NEXT : 55.0mV");
-    EXPECT_EQ(t[0].crColor, kCrosstalkText);
-    const double gx = CPlotvane_InputData::m_dViewScaleX;
-    const double gy = CPlotvane_InputData::m_dViewScaleY;
-    ExpectAt(t[0], (2.6 * ns / 20 + 2.6 * ns) * gx, (0.055 / 20 + 0.055) * gy);
+    Measure();
+    EXPECT_EQ(Strings(), (std::vector<std::string>{"NEXT : 55.0mV"}));
+    ExpectText("NEXT : ", (2.6 * ns / 20 + 2.6 * ns) * Gx(), (0.055 / 20 + 0.055) * Gy(),
+               kCrosstalkText);
     EXPECT_TRUE(ColorAt(kRed, 2.6 * ns, 0.025)); // dropped to the X axis
     EXPECT_TRUE(ColorAt(kRed, 0.5 * ns, 0.055)); // and across to Y
 
     // A far-end name turns the near-end set away; an index past the
     // waveform marks nothing; -1 switches the overlay off.
-    m.m_strFEXTNet = "U2";
-    Repaint();
-    EXPECT_TRUE(With("NEXT").empty());
-    m.m_strFEXTNet = "";
-    m.m_nCrosstalkPointIndex = 99;
-    Repaint();
-    EXPECT_TRUE(With("NEXT").empty());
-    m.m_nCrosstalkPointIndex = -1;
-    Repaint();
-    EXPECT_TRUE(With("NEXT").empty());
+    for (const auto& [fext, index] : {std::pair<const char*, int>{"U2", 2}, {"", 99}, {"", -1}})
+    {
+        m.m_strFEXTNet = fext;
+        m.m_nCrosstalkPointIndex = index;
+        Measure();
+        EXPECT_TRUE(texts.empty()) << fext << " " << index;
+    }
 }
 
 TEST_F(Crosstalk, FarEndIsTheFirstDrivenSetOfThatReference)
@@ -189,11 +143,8 @@ TEST_F(Crosstalk, FarEndIsTheFirstDrivenSetOfThatReference)
     m.m_strNEXTNet = "DQ3";
     m.m_strFEXTNet = "U7";
     m.m_nCrosstalkPointIndex = 2;
-    Repaint();
-    const auto t = With("FEXT : ");
-    ASSERT_EQ(t.size(), 1u);
-    EXPECT_EQ(t[0].strText.str(), "FEXT : 60.0mV");
-    EXPECT_TRUE(With("NEXT").empty());
+    Measure();
+    EXPECT_EQ(Strings(), (std::vector<std::string>{"FEXT : 60.0mV"}));
 }
 
 TEST_F(MeasuredMarks, TDRPointAndLevelsFromTheLeftEdge)
@@ -245,20 +196,18 @@ protected:
 TEST_F(DFEMark, FrequencyAndLossTextsPointAndLevel)
 {
     Load();
-    Repaint();
+    Measure();
     const plotvane::ChartFrame f = view->GetChartFrame();
     const COLORREF mark = view->m_crMeasureMark;
-    ASSERT_EQ(With("2500MHz").size(), 1u);
-    ASSERT_EQ(With("-12.34568dB").size(), 1u);
-    EXPECT_EQ(With("2500MHz")[0].crColor, mark);
-    ExpectAt(With("2500MHz")[0], f.Right() - f.Width() / 6.0, f.Top() - f.Height() / 30.0);
-    ExpectAt(With("-12.34568dB")[0], f.Right() - f.Width() / 6.0, f.Top() - f.Height() / 15.0);
+    EXPECT_EQ(Strings(), (std::vector<std::string>{"2500MHz", "-12.34568dB"}));
+    ExpectText("2500MHz", f.Right() - f.Width() / 6.0, f.Top() - f.Height() / 30.0, mark);
+    ExpectText("-12.34568dB", f.Right() - f.Width() / 6.0, f.Top() - f.Height() / 15.0, mark);
     EXPECT_TRUE(ColorAt(mark, 2.5e9, -12.3456789, 1));
     EXPECT_TRUE(ColorAt(mark, 8.5e9, -17.5, 1));
 
     // The mark belongs to the mode-1 frequency chart only.
     m.m_nFreqDomainMode = 2;
-    Repaint();
+    Measure();
     EXPECT_TRUE(texts.empty());
     EXPECT_FALSE(ColorAt(mark, 8.5e9, -17.5, 1));
 }
@@ -279,8 +228,7 @@ TEST_F(DFEMark, ZoomReachesTheCurvesEndAndTheLowestLevel)
     const double mx = view->GetViewWidth() * 0.001;
     const double my = view->GetViewHeight() * 0.001;
     view->ZoomDFEPFreqDomainParaArea();
-    const double gx = CPlotvane_InputData::m_dViewScaleX;
-    const double gy = CPlotvane_InputData::m_dViewScaleY;
+    const double gx = Gx(), gy = Gy();
     const CRectF& rc = view->m_rcViewArea;
     EXPECT_FLOAT_EQ(float(rc.Right()), float(10e9 * gx + mx));
     EXPECT_FLOAT_EQ(float(rc.Top()), float(my));

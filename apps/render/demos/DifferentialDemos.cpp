@@ -5,9 +5,9 @@
 #include "render/demos/LevelDemos.h"
 
 #include "render/JsonReport.h"
+#include "render/demos/OverlayHost.h"
 #include <plotvane/view/ChartFrame.h>
 
-#include <algorithm>
 #include <cmath>
 
 namespace plotvane
@@ -48,13 +48,7 @@ CChartPointDArray Leg(const char* net, const char* node, bool bComplement, doubl
     return a;
 }
 
-struct Pair
-{
-    const CChartPointDArray* t;
-    const CChartPointDArray* c;
-};
-
-Pair Load(CPlotvane_Manager& mgr, const RenderOptions& options)
+DiffPair Load(CPlotvane_Manager& mgr, const RenderOptions& options)
 {
     CChartPointDArray t = Leg("CK_T", "U1.K7", false, 0.0);
     CChartPointDArray c = Leg("CK_C", "U1.K8", true, kSkew);
@@ -63,58 +57,27 @@ Pair Load(CPlotvane_Manager& mgr, const RenderOptions& options)
     mgr.SetAxisXName("Time (s)");
     mgr.SetAxisYName("Voltage (V)");
     demo::ShowFittedChart(mgr);
-    mgr.m_strMeasureNet2 = "CK_T/CK_C";
-    mgr.m_strMeasureNet = "U1.K7,U1.K8";
     return {mgr.m_InputData.GetChartPointDArray(i), mgr.m_InputData.GetChartPointDArray(j)};
-}
-
-// The crossing levels of the legs in the middle 40 % of the lower leg's
-// swing, over the first half of the record: the search the overlay runs.
-void Crossings(const Pair& p, double& yA, double& yB)
-{
-    const CChartPointDArray* band = p.t->GetMaxY() > p.c->GetMaxY() ? p.c : p.t;
-    const double hi = band->GetMaxY(), lo = band->GetMinY(), d = (hi - lo) * 0.3;
-    yA = yB = 0.0;
-    p.t->GetDataCrossMinMaxYValueByPointArray(p.c, lo + d, hi - d, 1e9, 1000.0, yA, yB);
-}
-
-double VixMV(const Pair& p)
-{
-    double yA = 0.0, yB = 0.0;
-    Crossings(p, yA, yB);
-    const double R = kVdd / 2;
-    return std::max(std::fabs(R - yA), std::fabs(R - yB)) * 1000.0;
-}
-
-double VidMV(const Pair& p)
-{
-    return std::max(std::fabs(p.t->GetMaxY() - p.c->GetMinY()),
-                    std::fabs(p.c->GetMaxY() - p.t->GetMinY())) *
-           1000.0;
 }
 } // namespace
 
 void BuildVixDemo(CPlotvane_Manager& mgr, const RenderOptions& options)
 {
-    const Pair p = Load(mgr, options);
-    mgr.m_nMeasureType = 5;
-    mgr.m_dVIXLevel = kVdd;
-    mgr.m_dMeasureMargin = kVixLimitMV - VixMV(p);
+    SetVixCheck(mgr, Load(mgr, options), kVdd, kVixLimitMV);
 }
 
 void BuildVidDemo(CPlotvane_Manager& mgr, const RenderOptions& options)
 {
-    const Pair p = Load(mgr, options);
-    mgr.m_nMeasureType = 6;
-    mgr.m_dMeasureMargin = VidMV(p) - kVidMinMV;
+    SetVidCheck(mgr, Load(mgr, options), kVidMinMV);
 }
 
 void ReportDifferentialDemo(CPlotvane_Manager& mgr, const std::vector<ChartText>& texts,
                             JsonWriter& json)
 {
-    const Pair p{mgr.m_InputData.GetChartPointDArray(0), mgr.m_InputData.GetChartPointDArray(1)};
+    const DiffPair p{mgr.m_InputData.GetChartPointDArray(0),
+                     mgr.m_InputData.GetChartPointDArray(1)};
     double yA = 0.0, yB = 0.0;
-    Crossings(p, yA, yB);
+    DiffCrossings(p, yA, yB);
     const ChartFrame f = mgr.m_ChartDlg.GetGLChartView()->GetChartFrame();
 
     json.Key("model");
@@ -128,7 +91,7 @@ void ReportDifferentialDemo(CPlotvane_Manager& mgr, const std::vector<ChartText>
     json.Key("vref_v");
     json.Number(kVdd / 2);
     json.Key("vix_mv");
-    json.Number(VixMV(p));
+    json.Number(VixMV(p, kVdd / 2));
     json.Key("vix_limit_mv");
     json.Number(kVixLimitMV);
     json.Key("vid_mv");

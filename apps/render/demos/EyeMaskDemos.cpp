@@ -6,6 +6,7 @@
 
 #include "render/Demo.h"
 #include "render/JsonReport.h"
+#include "render/demos/OverlayHost.h"
 #include <plotvane/measure/EyeGenerator.h>
 
 #include <cmath>
@@ -15,11 +16,11 @@ namespace plotvane
 namespace
 {
 // The mask: tips 0.25 UI either side of the eye centre, flat top and
-// bottom 0.15 UI either side, 150 mV above and below the reference. The
-// width field counts the percentages in hundredths of half of it, halved
-// again, so the host gives 800 times the half width at the tips for 50 %.
-constexpr double kTopPercent = 30.0;
-constexpr double kBottomPercent = 50.0;
+// bottom 0.15 UI either side (60 % of the tips' width), 150 mV above and
+// below the reference. PlaceEyeMask puts the tips at 50 % of the width
+// field and the flat top at half the 60 %.
+constexpr double kFlatPercent = 60.0;
+constexpr double kTopPercent = kFlatPercent * 0.5;
 constexpr double kMaskHalfHeight = 0.15;
 
 struct EyeCentre
@@ -93,20 +94,9 @@ void BuildEyeMaskDemo(CPlotvane_Manager& mgr, const RenderOptions& options)
     mgr.SetAxisYName("Voltage (V)");
     demo::ShowFittedChart(mgr);
 
+    // A host may store a mask itself, here on the eye's centre.
     const EyeCentre c = CentreOf(eye);
-    mgr.m_dEyeMaskTopPercent = kTopPercent;
-    mgr.m_dEyeMaskBottomPercent = kBottomPercent;
-    mgr.m_dEyeMaskWidth = 0.25 * c.ui * 800.0;
-    mgr.m_dEyeMaskHeight = 2 * kMaskHalfHeight;
-    // The click that fixes a mask comes from the input layer; a host may
-    // also store one itself, here on the eye's centre.
-    const double gx = CPlotvane_InputData::m_dViewScaleX;
-    const double gy = CPlotvane_InputData::m_dViewScaleY;
-    const double b = 0.25 * c.ui * gx, hh = kMaskHalfHeight * gy;
-    mgr.m_pEyeMaskRectArray->DeleteAll();
-    mgr.m_pEyeMaskRectArray->Add(
-        new CRectD(c.t * gx - b, c.v * gy - hh, c.t * gx + b, c.v * gy + hh));
-    mgr.m_bEyeMaskVisible = 1;
+    PlaceEyeMask(mgr, {c.t, c.v, 0.25 * c.ui, kFlatPercent, kMaskHalfHeight});
 }
 
 void ReportEyeMaskDemo(CPlotvane_Manager& mgr, const std::vector<ChartText>& /*texts*/,
@@ -175,17 +165,7 @@ void BuildBathtubDemo(CPlotvane_Manager& mgr, const RenderOptions& options)
     mgr.SetAxisXName("Sampling point (s)");
     mgr.SetAxisYName("BER");
     // The host measures each lane at each rate and hands the crossings over.
-    for (int k = 0; k < 2; ++k)
-    {
-        CChartPointDArray* tub = mgr.m_InputData.GetChartPointDArray(k);
-        for (const char* rate : kRates)
-        {
-            double x1 = 0.0, x2 = 0.0;
-            if (mgr.GetBathtubMeasuredPoints(tub, std::atof(rate), x1, x2))
-                mgr.m_mapBathtub[rate][COLORREF(tub->m_Color)] = CPointD(x1, x2);
-        }
-    }
-    mgr.m_bBathtub = 1;
+    MeasureBathtubs(mgr, {kRates[0], kRates[1]});
 }
 
 void ReportBathtubDemo(CPlotvane_Manager& mgr, const std::vector<ChartText>& texts,

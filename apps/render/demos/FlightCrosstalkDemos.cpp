@@ -7,6 +7,7 @@
 #include "render/ChartInput.h"
 #include "render/JsonReport.h"
 #include "render/OverlayDemo.h"
+#include "render/demos/OverlayHost.h"
 #include "render/demos/MarkDemos.h"
 #include <plotvane/document/Plotvane_Manager.h>
 #include <plotvane/measure/ChartPointDArray.h>
@@ -24,10 +25,6 @@ namespace
 constexpr double kPi = 3.14159265358979323846;
 constexpr double ns = 1e-9;
 constexpr double ps = 1e-12;
-// Scales for the searches: picoseconds and millivolts keep the
-// intersections well conditioned.
-constexpr double kScaleT = 1e12;
-constexpr double kScaleV = 1e3;
 
 // A raised-cosine edge from 0 to 1 that starts at t0 and takes tr.
 double Edge(double t, double t0, double tr)
@@ -148,15 +145,6 @@ void BuildFlightTimeModel(std::vector<double>& t, std::vector<double>& vDrv,
         vDrv[k] = fwd[k] + (k >= nTd ? back[k - nTd] : 0.0);
 }
 
-// The first rising crossing of level; NaN when there is none.
-double FirstRise(const CChartPointDArray& a, double level)
-{
-    CArrayD rising, falling;
-    a.GetXValArrayMeetYThreshold(kScaleT, kScaleV, level, a.GetMinX(), a.GetMaxX(), rising,
-                                 falling);
-    return rising.GetSize() > 0 ? rising[0] : NAN;
-}
-
 // The driver is timed at the middle of the step it launches into the
 // line, the receiver at its 50 % input threshold.
 constexpr double kDrvLevel = 0.25 * kSwing;
@@ -173,10 +161,7 @@ void BuildFlightTimeDemo(CPlotvane_Manager& mgr, const RenderOptions& options)
     mgr.m_strFlightNet1 = "U1_DQ0";
     mgr.m_strFlightNet2 = "U5_DQ0";
     mgr.m_strMeasureNet = "DQ0";
-    mgr.m_dFlightTimeX1 = FirstRise(Set(mgr, iDrv), kDrvLevel);
-    mgr.m_dFlightTimeX2 = FirstRise(Set(mgr, iRcv), kRcvLevel);
-    mgr.m_dFlightTimeLevel1 = kDrvLevel;
-    mgr.m_dFlightTimeLevel2 = kRcvLevel;
+    SetFlightTime(mgr, Set(mgr, iDrv), Set(mgr, iRcv), kDrvLevel, kRcvLevel);
     mgr.SetAxisXName("Time");
     mgr.SetAxisYName("Voltage");
     mgr.SetUnitNameX("ns");
@@ -233,23 +218,10 @@ void BuildCrosstalkDemo(CPlotvane_Manager& mgr, const RenderOptions& options)
     AddWave(mgr, "U1_VIC (near end)", "VIC", 0, t, next, 1, options.bLight);
     const int iFar = AddWave(mgr, "U2_VIC (far end)", "VIC", 1, t, fext, 2, options.bLight);
 
-    // The far-end peak: the valley of the victim's far end, searched in a
-    // window a little larger than the waveform (in the search's scaled
-    // units) so that no edge of the window stands in for it.
-    const CChartPointDArray& far = Set(mgr, iFar);
-    CPointD pos, neg;
-    int bPos = 0, bNeg = 0;
-    const double m = 0.1 * (far.GetMaxY() - far.GetMinY());
-    far.GetPosiNegaPeakInCertainArea(kScaleT, kScaleV, far.GetMinX() * kScaleT,
-                                     (far.GetMaxY() + m) * kScaleV, far.GetMaxX() * kScaleT,
-                                     (far.GetMinY() - m) * kScaleV, pos, neg, bPos, bNeg);
-    int index = -1;
-    for (INT_PTR k = 0; bNeg && k < far.GetSize(); ++k)
-        if (std::fabs(far.GetPointX(k) * kScaleT - neg.x) < 0.5 * kDt * kScaleT)
-            index = int(k);
+    // The far-end peak: the valley of the victim's far end.
     mgr.m_strNEXTNet = "VIC";
     mgr.m_strFEXTNet = "U2";
-    mgr.m_nCrosstalkPointIndex = index;
+    mgr.m_nCrosstalkPointIndex = PeakIndex(Set(mgr, iFar), true);
     mgr.SetAxisXName("Time");
     mgr.SetAxisYName("Voltage");
     mgr.SetUnitNameX("ns");
@@ -314,20 +286,10 @@ void BuildTdrDemo(CPlotvane_Manager& mgr, const RenderOptions& options)
         z.push_back(kZ0 * (1 + rho) / (1 - rho));
     }
     const int i = AddWave(mgr, "TDR Z (port 1)", "DQ7", 1, t, z, 0, options.bLight);
-    const CChartPointDArray& set = Set(mgr, i);
 
     // The reference: the trace before the section, read in its middle; the
     // section: the curve's highest point.
-    double zMin = 0, zMax = 0;
-    set.GetCrossMinMaxYValue(kTdrStart + kTdr1, 0.0, 1000.0, kScaleT, 1.0, zMin, zMax);
-    int nPeak = -1;
-    double zPeak = 0.0;
-    set.GetMaxpoint(nPeak, zPeak);
-    mgr.m_bTDRImpedance = 1;
-    mgr.m_dTDRLevel1 = zMin;
-    mgr.m_dTDRLevel2 = zPeak;
-    mgr.m_dTargetImpedanceFreq = nPeak >= 0 ? set.GetPointX(nPeak) : 0.0;
-    mgr.m_dTargetImpedanceValue = zPeak;
+    SetTdrMarks(mgr, Set(mgr, i), kTdrStart + kTdr1, 0.0, 1000.0);
     mgr.SetAxisXName("Time");
     mgr.SetAxisYName("Impedance");
     mgr.SetUnitNameX("ns");
@@ -377,12 +339,7 @@ void BuildDfeDemo(CPlotvane_Manager& mgr, const RenderOptions& options)
         il.push_back(InsertionLossDb(k * 10e6));
     }
     const int i = AddWave(mgr, "SDD21 lane 0", "TX0", 1, f, il, 0, options.bLight);
-    double lo = 0, hi = 0;
-    Set(mgr, i).GetCrossMinMaxYValue(kNyquist, -100.0, 10.0, 1e-6, 1e3, lo, hi);
-    mgr.m_nFreqDomainMode = 1;
-    mgr.m_bDFEPFreqDomain = 1;
-    mgr.m_dDFEPLevel = kDfeBudgetDb;
-    mgr.m_ptDFEP = CPointD(kNyquist, lo);
+    SetDfeMark(mgr, Set(mgr, i), kNyquist, kDfeBudgetDb, -100.0, 10.0);
     mgr.SetAxisXName("Frequency");
     mgr.SetAxisYName("SDD21");
     mgr.SetUnitNameX("Hz");

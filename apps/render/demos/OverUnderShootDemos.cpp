@@ -6,6 +6,7 @@
 #include "render/demos/LevelDemos.h"
 
 #include "render/JsonReport.h"
+#include "render/demos/OverlayHost.h"
 #include <plotvane/view/ChartFrame.h>
 
 #include <algorithm>
@@ -64,49 +65,25 @@ CChartPointDArray& Load(CPlotvane_Manager& mgr, const RenderOptions& options)
     mgr.SetAxisXName("Time (s)");
     mgr.SetAxisYName("Voltage (V)");
     demo::ShowFittedChart(mgr);
-    mgr.m_strMeasureNet = kNode;
     return *mgr.m_InputData.GetChartPointDArray(i);
 }
 
-// The area check the host runs: the largest excursion beyond the level over
-// the waveform's eye lines, X in ns and Y in mV for the search, V-ns out.
-double AreaAbove(const CChartPointDArray& w, double dLevel)
-{
-    double dArea = 0.0;
-    w.GetMaxAreaAboveYValueWithExtractEyeLinePoints(1e9, 1000.0, w.GetMinX(), w.GetMaxX(), dLevel,
-                                                    dArea);
-    return dArea;
-}
 } // namespace
 
 void BuildOvershootDemo(CPlotvane_Manager& mgr, const RenderOptions& options)
 {
-    const CChartPointDArray& w = Load(mgr, options);
-    mgr.m_nMeasureType = 0;
-    mgr.m_dMeasureLevel = kVdd;
-    mgr.m_dMeasureLimit = 400.0;
-    mgr.m_dMeasuredValue = (w.GetMaxY() - kVdd) * 1000.0;
-    mgr.m_dMeasureMargin = mgr.m_dMeasureLimit - mgr.m_dMeasuredValue;
+    SetShootCheck(mgr, Load(mgr, options), 0, kVdd, 400.0);
 }
 
 void BuildUndershootDemo(CPlotvane_Manager& mgr, const RenderOptions& options)
 {
-    const CChartPointDArray& w = Load(mgr, options);
-    mgr.m_nMeasureType = 2;
-    mgr.m_dMeasureLevel = 0.0;
-    mgr.m_dMeasureLimit = 400.0;
-    mgr.m_dMeasuredValue = -w.GetMinY() * 1000.0;
-    mgr.m_dMeasureMargin = mgr.m_dMeasureLimit - mgr.m_dMeasuredValue;
+    SetShootCheck(mgr, Load(mgr, options), 2, 0.0, 400.0);
 }
 
 void BuildOvershootAreaDemo(CPlotvane_Manager& mgr, const RenderOptions& options)
 {
-    const CChartPointDArray& w = Load(mgr, options);
-    mgr.m_nMeasureType = 1;
-    mgr.m_dMeasureLevel = kVdd;
-    mgr.m_dMeasureLimit = 0.0;
     // An allowed area of 0.1 V-ns above VDD.
-    mgr.m_dMeasureMargin = 0.1 - AreaAbove(w, kVdd);
+    SetOvershootAreaCheck(mgr, Load(mgr, options), kVdd, 0.1);
 }
 
 void ReportShootDemo(CPlotvane_Manager& mgr, const std::vector<ChartText>& texts,

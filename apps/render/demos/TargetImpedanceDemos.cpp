@@ -7,6 +7,7 @@
 #include "render/ChartInput.h"
 #include "render/JsonReport.h"
 #include "render/OverlayDemo.h"
+#include "render/demos/OverlayHost.h"
 #include "render/demos/MarkDemos.h"
 #include <plotvane/document/Plotvane_Manager.h>
 #include <plotvane/document/TargetImp.h>
@@ -89,27 +90,11 @@ std::vector<double> Frequencies()
 // package takes over and the board may rise to 6.5 mOhm up to 250 MHz.
 // Corners at 25 and 250 MHz and 6.5 mOhm keep the limit off the log grid's
 // lines, which are drawn first and would hide it.
+// I/O: 1.8 V, 5 %, 2 A gives 45 mOhm flat to 1 MHz, then inductive.
 void AddLimits(CPlotvane_Manager& mgr, int nCore, int nIO)
 {
-    CTargetImpWithinFreqRangeArray arr;
-    auto* core = new CTargetImpWithinFreqRange;
-    core->m_strRefName = "VDD_CORE";
-    core->AddDataIndex(nCore);
-    core->m_pLimitPoints->Add(new CPoint3D(1e3, 25e6, 1.8e-3));
-    core->m_pLimitPoints->Add(new CPoint3D(25e6, 250e6, 6.5e-3));
-    arr.Add(core);
-    // I/O: 1.8 V, 5 %, 2 A gives 45 mOhm flat to 1 MHz, then inductive.
-    auto* io = new CTargetImpWithinFreqRange;
-    io->m_strRefName = "VDD_IO";
-    io->AddDataIndex(nIO);
-    io->m_nLimitType = 1;
-    for (const CPointD& p : {CPointD(1e3, 45e-3), CPointD(1e6, 45e-3), CPointD(1e8, 4.5)})
-    {
-        CPointD q = p;
-        io->m_pLimitLine1->Add(q);
-    }
-    arr.Add(io);
-    mgr.m_InputData.SetTargetImpedanceData(&arr);
+    SetTargetLimits(mgr, {{"VDD_CORE", nCore, {{1e3, 25e6, 1.8e-3}, {25e6, 250e6, 6.5e-3}}, {}},
+                          {"VDD_IO", nIO, {}, {{1e3, 45e-3}, {1e6, 45e-3}, {1e8, 4.5}}}});
 }
 
 } // namespace
@@ -120,8 +105,6 @@ void BuildTargetZDemo(CPlotvane_Manager& mgr, const RenderOptions& options)
     mgr.m_nFrequencyScale = 1;
     mgr.m_bUseMagnitude = 1;
     mgr.m_nMagnitudeScale = 1;
-    mgr.m_nFreqDomainMode = 2;
-    mgr.m_bTargetImpedance = 1;
     const std::vector<double> f = Frequencies();
     // Curve colours other than the limits' cyan and the marked point's
     // yellow.
