@@ -2,13 +2,22 @@
 
 #include "viewer/ViewerMenus.h"
 
+#include "render/Axes.h"
 #include "render/ChartInput.h"
-#include "render/CsvReader.h"
+#include "render/Options.h"
+#include "render/demos/OverlayHost.h"
 
+#include <plotvane/io/CsvReader.h>
+#include <plotvane/io/SignalFile.h>
+
+#include <wx/choicdlg.h>
 #include <wx/config.h>
+#include <wx/dnd.h>
 #include <wx/filedlg.h>
+#include <wx/filename.h>
 #include <wx/menu.h>
 #include <wx/msgdlg.h>
+#include <wx/numdlg.h>
 #include <wx/panel.h>
 #include <wx/sizer.h>
 
@@ -16,6 +25,7 @@
 #include <cctype>
 #include <cstdio>
 #include <exception>
+#include <stdexcept>
 
 namespace plotvane::viewer
 {
@@ -27,7 +37,7 @@ enum
 {
     ID_SAVE_CHART = wxID_HIGHEST + 1,
     ID_EXPORT_PNG,
-    ID_ZOOM_FIT,
+    ID_EXPORT_PNG_SIZED,
     ID_GRID,
     ID_DARK,
     ID_LIGHT,
@@ -39,6 +49,22 @@ enum
 // The colour presets of "Chart.uis": 0 dark, 1 light.
 constexpr int kDarkPreset = 0;
 constexpr int kLightPreset = 1;
+
+// Files dropped on the window open as if chosen with File > Open.
+class FileDrop : public wxFileDropTarget
+{
+public:
+    explicit FileDrop(ViewerFrame& frame) : m_frame(frame) {}
+    bool OnDropFiles(wxCoord, wxCoord, const wxArrayString& names) override
+    {
+        for (const wxString& name : names)
+            m_frame.OpenFile(name.utf8_string());
+        return true;
+    }
+
+private:
+    ViewerFrame& m_frame;
+};
 
 bool EndsWith(const std::string& s, const std::string& tail)
 {
@@ -54,8 +80,9 @@ ViewerFrame::ViewerFrame(bool bBatch)
       m_bBatch(bBatch)
 {
     InstallWxBackend();
-    BuildMenus();
+    // The panel first: some menus listen to the chart it hosts.
     m_pChartPanel = new wxPanel(this);
+    BuildMenus();
     auto* sizer = new wxBoxSizer(wxVERTICAL);
     sizer->Add(m_pChartPanel, 1, wxEXPAND);
     SetSizer(sizer);
@@ -64,6 +91,8 @@ ViewerFrame::ViewerFrame(bool bBatch)
     // The chart dialog follows the panel; it lays out its view and status
     // bar itself.
     CreateDialogIn(m_manager.m_ChartDlg, m_host, m_pChartPanel);
+    // The view tells its host about zooms.
+    m_manager.m_pParentWnd = &m_host;
     m_pChartPanel->Bind(wxEVT_SIZE, [this](wxSizeEvent& e) {
         e.Skip();
         if (m_manager.m_ChartDlg.GetSafeHwnd() != nullptr)
@@ -75,10 +104,12 @@ ViewerFrame::ViewerFrame(bool bBatch)
     m_env.LoadEnvironmentFIle();
     ApplyLook();
     Bind(wxEVT_CLOSE_WINDOW, &ViewerFrame::OnClose, this);
+    SetDropTarget(new FileDrop(*this));
 }
 
 ViewerFrame::~ViewerFrame()
 {
+    m_manager.m_pParentWnd = nullptr;
     m_manager.m_ChartDlg.DestroyWindow();
     InstallWxBackend().DetachWindow(m_host);
 }
@@ -86,7 +117,7 @@ ViewerFrame::~ViewerFrame()
 void ViewerFrame::BuildMenus()
 {
     auto* file = new wxMenu;
-    file->Append(wxID_OPEN, "&Open...\tCtrl+O", "Open a CSV file or a chart archive (.pvc)");
+    file->Append(wxID_OPEN, "&Open...\tCtrl+O", "Open a CSV, ngspice raw or Touchstone file, or a chart archive (.pvc)");
     auto* recent = new wxMenu;
     file->AppendSubMenu(recent, "Open &Recent");
     m_history.UseMenu(recent);
@@ -94,11 +125,12 @@ void ViewerFrame::BuildMenus()
     m_history.Load(config);
     file->Append(ID_SAVE_CHART, "&Save Chart...\tCtrl+S", "Save the chart archive (.pvc)");
     file->Append(ID_EXPORT_PNG, "&Export PNG...\tCtrl+E", "Write the chart as a PNG picture");
+    file->Append(ID_EXPORT_PNG_SIZED, "Export PNG at &Size...",
+                 "Write the chart as a PNG picture of a chosen size");
     file->AppendSeparator();
     file->Append(wxID_EXIT, "E&xit\tCtrl+Q");
 
     auto* view = new wxMenu;
-    view->Append(ID_ZOOM_FIT, "&Zoom to Fit\tAlt+1");
     view->AppendCheckItem(ID_GRID, "&Grid Lines");
     view->AppendSeparator();
     view->AppendRadioItem(ID_DARK, "&Dark Colours");
@@ -123,9 +155,9 @@ void ViewerFrame::BuildMenus()
     Bind(wxEVT_MENU, &ViewerFrame::OnOpen, this, wxID_OPEN);
     Bind(wxEVT_MENU, &ViewerFrame::OnSaveChart, this, ID_SAVE_CHART);
     Bind(wxEVT_MENU, &ViewerFrame::OnExportPng, this, ID_EXPORT_PNG);
+    Bind(wxEVT_MENU, &ViewerFrame::OnExportPngSized, this, ID_EXPORT_PNG_SIZED);
     Bind(wxEVT_MENU, [this](wxCommandEvent&) { Close(); }, wxID_EXIT);
     Bind(wxEVT_MENU, &ViewerFrame::OnRecent, this, wxID_FILE1, wxID_FILE9);
-    Bind(wxEVT_MENU, &ViewerFrame::OnZoomFit, this, ID_ZOOM_FIT);
     Bind(wxEVT_MENU, &ViewerFrame::OnGrid, this, ID_GRID);
     Bind(wxEVT_MENU, &ViewerFrame::OnColours, this, ID_DARK, ID_LIGHT);
     Bind(wxEVT_MENU, &ViewerFrame::OnLineWidth, this, ID_LINE_1, ID_LINE_3);
@@ -155,15 +187,7 @@ bool ViewerFrame::OpenFile(const std::string& path)
             LoadChartFile(m_manager, path);
         }
         else
-        {
-            const CsvTable table = ReadCsvFile(path);
-            m_manager.RemoveAllData();
-            for (size_t i = 0; i < table.series.size(); ++i)
-                AddSeriesToChart(m_manager, table.series[i],
-                                 CurveColor(int(i), m_env.GetCurColorIndex() == kLightPreset));
-            if (!table.xName.empty())
-                m_manager.SetAxisXName(CString(table.xName));
-        }
+            OpenDataFile(path);
     }
     catch (const std::exception& e)
     {
@@ -171,11 +195,67 @@ bool ViewerFrame::OpenFile(const std::string& path)
                               wxString::FromUTF8(e.what())));
         return false;
     }
-    m_manager.SetChartDrawFit();
+    if (EndsWith(path, ".pvc"))
+        m_manager.SetChartDrawFit();
     SetTitle("Plotvane Viewer - " + wxString::FromUTF8(FileStem(path)));
     m_history.AddFileToHistory(wxString::FromUTF8(path));
     Redraw();
+    for (const auto& listener : m_chartReplaced)
+        listener();
     return true;
+}
+
+// A CSV, ngspice raw or Touchstone file, read the way plotvane-render reads
+// it: the axes get names and units that read true, an impedance file makes
+// a log-log |Z| chart. A raw file of many vectors asks which to show.
+void ViewerFrame::OpenDataFile(const std::string& path)
+{
+    RenderOptions options;
+    options.bLight = m_env.GetCurColorIndex() == kLightPreset;
+    options.dataFiles = ChooseSignals(path);
+    if (options.dataFiles.empty())
+        throw std::runtime_error("no signal chosen");
+    const auto warn = [this](const std::string& text) { Tell(wxString::FromUTF8(text)); };
+    {
+        // Read whole first, so that a bad file leaves the chart as it was.
+        CPlotvane_Manager probe;
+        AddDataFiles(probe, options, [](const std::string&) {});
+        CheckChartData(probe, [](const std::string&) {});
+    }
+    m_manager.RemoveAllData();
+    // The overlay and axis kinds of the chart before belong to its data.
+    ClearOverlays(m_manager);
+    m_manager.m_nFrequencyScale = 0;
+    m_manager.m_bUseMagnitude = 0;
+    m_manager.m_nMagnitudeScale = 0;
+    const DataAxes axes = AddDataFiles(m_manager, options, warn);
+    CheckChartData(m_manager, warn);
+    ApplyAxes(m_manager, axes.x, axes.y);
+    m_manager.SetChartDrawFit();
+    KeepLastXValueWhole(m_manager, m_manager.GetDefaultFontSize());
+}
+
+std::vector<std::string> ViewerFrame::ChooseSignals(const std::string& path)
+{
+    if (!EndsWith(path, ".raw"))
+        return {path};
+    const io::SignalFile file = io::ReadSignalFile(path);
+    if (file.plots.empty() || file.plots[0].vectors.size() <= 2 || m_bBatch)
+        return {path};
+    const std::vector<io::Vector>& vectors = file.plots[0].vectors;
+    wxArrayString names;
+    for (std::size_t i = 1; i < vectors.size(); ++i)
+        names.Add(wxString::FromUTF8(vectors[i].name));
+    wxArrayInt chosen;
+    for (std::size_t i = 0; i < names.size(); ++i)
+        chosen.Add(int(i));
+    if (wxGetSelectedChoices(chosen, "Signals to show from " + wxString::FromUTF8(FileStem(path)),
+                             "Choose Signals", names, this) < 0)
+        return {};
+    std::vector<std::string> specs;
+    for (int i : chosen)
+        specs.push_back(path + ":" + vectors[std::size_t(i) + 1].name);
+    return specs;
 }
 
 bool ViewerFrame::SaveChart(const std::string& path)
@@ -193,8 +273,10 @@ bool ViewerFrame::SaveChart(const std::string& path)
     return true;
 }
 
-bool ViewerFrame::ExportPng(const std::string& path)
+bool ViewerFrame::ExportPng(const std::string& path, int width, int height)
 {
+    if (width > 0 && height > 0)
+        return ExportPngOffscreen(path, width, height);
     Redraw();
     if (!SaveChartImage(m_manager, CString(path)))
     {
@@ -202,6 +284,48 @@ bool ViewerFrame::ExportPng(const std::string& path)
         return false;
     }
     return true;
+}
+
+// The chart goes through its archive into an offscreen chart of that size;
+// the view area, look and annotations follow, so that the picture shows
+// what the window shows.
+bool ViewerFrame::ExportPngOffscreen(const std::string& path, int width, int height)
+{
+    const wxString archive = wxFileName::CreateTempFileName("plotvane-export");
+    bool ok = false;
+    try
+    {
+        SaveChartFile(m_manager, archive.utf8_string());
+        // One thread has one current context: the window's goes before EGL's.
+        GetBackend().MakeCurrent(nullptr, nullptr);
+        BackendScope offscreen(HeadlessBackend::Default());
+        CPlotvane_Manager copy;
+        if (CreateHeadlessChart(copy, width, height))
+        {
+            LoadChartFile(copy, archive.utf8_string());
+            copy.SetChartEnvironment(&m_env);
+            CGLChartView& from = View();
+            CGLChartView& to = *copy.m_ChartDlg.GetGLChartView();
+            to.m_rcViewArea = from.m_rcViewArea;
+            to.m_nZoomExponent = from.m_nZoomExponent;
+            *to.m_pTextDB = *from.m_pTextDB;
+            *to.m_pLineDB = *from.m_pLineDB;
+            *to.m_pSelectNodeNames = *from.m_pSelectNodeNames;
+            copy.RedrawGLChartView();
+            ok = SaveChartImage(copy, CString(path));
+        }
+    }
+    catch (const std::exception& e)
+    {
+        Tell(wxString::Format("Cannot export %s:\n%s", wxString::FromUTF8(path),
+                              wxString::FromUTF8(e.what())));
+        wxRemoveFile(archive);
+        return false;
+    }
+    wxRemoveFile(archive);
+    if (!ok)
+        Tell(wxString::Format("Cannot write %s", wxString::FromUTF8(path)));
+    return ok;
 }
 
 void ViewerFrame::Redraw()
@@ -222,7 +346,8 @@ void ViewerFrame::ApplyLook()
 void ViewerFrame::OnOpen(wxCommandEvent&)
 {
     wxFileDialog dlg(this, "Open", "", "",
-                     "Charts and data (*.pvc;*.csv;*.txt)|*.pvc;*.csv;*.txt|All files|*",
+                     "Charts and data (*.pvc;*.csv;*.txt;*.raw;*.s1p;*.s2p)|"
+                     "*.pvc;*.csv;*.txt;*.raw;*.s1p;*.s2p;*.S1P;*.S2P|All files|*",
                      wxFD_OPEN | wxFD_FILE_MUST_EXIST);
     if (dlg.ShowModal() == wxID_OK)
         OpenFile(dlg.GetPath().utf8_string());
@@ -244,15 +369,26 @@ void ViewerFrame::OnExportPng(wxCommandEvent&)
         ExportPng(dlg.GetPath().utf8_string());
 }
 
+void ViewerFrame::OnExportPngSized(wxCommandEvent&)
+{
+    const wxSize shown = m_pChartPanel->GetClientSize();
+    const long width = wxGetNumberFromUser("Width of the picture in pixels", "Width:",
+                                           "Export PNG at Size", shown.x, 16, 16384, this);
+    if (width < 0)
+        return;
+    const long height = wxGetNumberFromUser("Height of the picture in pixels", "Height:",
+                                            "Export PNG at Size", shown.y, 16, 16384, this);
+    if (height < 0)
+        return;
+    wxFileDialog dlg(this, "Export PNG", "", "chart.png", "PNG pictures (*.png)|*.png",
+                     wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
+    if (dlg.ShowModal() == wxID_OK)
+        ExportPng(dlg.GetPath().utf8_string(), int(width), int(height));
+}
+
 void ViewerFrame::OnRecent(wxCommandEvent& e)
 {
     OpenFile(m_history.GetHistoryFile(size_t(e.GetId() - wxID_FILE1)).utf8_string());
-}
-
-void ViewerFrame::OnZoomFit(wxCommandEvent&)
-{
-    m_manager.ViewZoomfit();
-    Redraw();
 }
 
 void ViewerFrame::OnGrid(wxCommandEvent&)

@@ -8,6 +8,7 @@
 #include <wx/frame.h>
 #include <wx/panel.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -22,11 +23,14 @@ public:
     explicit ViewerFrame(bool bBatch);
     ~ViewerFrame() override;
 
-    // Opens a CSV file or a chart archive (.pvc) in place of the chart
-    // shown. False, with a message, when the file cannot be read.
+    // Opens a CSV, ngspice raw or Touchstone file, or a chart archive
+    // (.pvc), in place of the chart shown. False, with a message, when the
+    // file cannot be read.
     bool OpenFile(const std::string& path);
     bool SaveChart(const std::string& path);
-    bool ExportPng(const std::string& path);
+    // At the window's size, or drawn offscreen at width x height pixels
+    // (both above 0) showing the same area of the chart.
+    bool ExportPng(const std::string& path, int width = 0, int height = 0);
     // Draws the chart now (after a load or a change of look).
     void Redraw();
     CPlotvane_Manager& Manager() { return m_manager; }
@@ -35,15 +39,29 @@ public:
     // A message box, or standard error in batch mode.
     void Tell(const wxString& text);
     bool IsBatch() const { return m_bBatch; }
+    CGLChartView& View() { return *m_manager.m_ChartDlg.GetGLChartView(); }
+    // The panel that hosts the chart dialog: the view's messages to its host
+    // (2524, 2525, 2527) arrive there as EVT_PLOTVANE_MESSAGE.
+    wxPanel* ChartPanel() { return m_pChartPanel; }
+    // Called after a file replaced the chart.
+    void AddChartReplacedListener(std::function<void()> listener)
+    {
+        m_chartReplaced.push_back(std::move(listener));
+    }
 
 private:
     void BuildMenus();
+    // Throws with a message when the file cannot be read or shown.
+    void OpenDataFile(const std::string& path);
+    // FILE:SIGNAL specs of what to show; empty when the user cancelled.
+    std::vector<std::string> ChooseSignals(const std::string& path);
     void ApplyLook();
     void OnOpen(wxCommandEvent&);
     void OnSaveChart(wxCommandEvent&);
     void OnExportPng(wxCommandEvent&);
+    void OnExportPngSized(wxCommandEvent&);
+    bool ExportPngOffscreen(const std::string& path, int width, int height);
     void OnRecent(wxCommandEvent& e);
-    void OnZoomFit(wxCommandEvent&);
     void OnGrid(wxCommandEvent&);
     void OnColours(wxCommandEvent& e);
     void OnLineWidth(wxCommandEvent& e);
@@ -57,6 +75,7 @@ private:
     wxFileHistory m_history;
     bool m_bBatch;
     std::vector<std::string> m_messages;
+    std::vector<std::function<void()>> m_chartReplaced;
 };
 
 } // namespace plotvane::viewer

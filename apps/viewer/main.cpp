@@ -1,4 +1,4 @@
-// plotvane-viewer [--screenshot PNG] [FILE...]
+// plotvane-viewer [--screenshot PNG [--size WxH]] [FILE...]
 //
 // Opens each FILE (CSV or .pvc) in turn in one chart window; the last one
 // readable stays shown. With --screenshot the viewer draws, writes the
@@ -32,7 +32,7 @@ void Pump(int ms)
 
 int Usage()
 {
-    std::fprintf(stderr, "usage: plotvane-viewer [--screenshot PNG] [FILE...]\n"
+    std::fprintf(stderr, "usage: plotvane-viewer [--screenshot PNG [--size WxH]] [FILE...]\n"
                          "FILE: a CSV file (x,y columns) or a chart archive (.pvc)\n");
     return 2;
 }
@@ -42,11 +42,23 @@ int Usage()
 int main(int argc, char** argv)
 {
     std::string screenshot;
+    int width = 0;
+    int height = 0;
     std::vector<std::string> files;
     for (int i = 1; i < argc; ++i)
     {
         if (std::strcmp(argv[i], "--screenshot") == 0 && i + 1 < argc)
             screenshot = argv[++i];
+        else if (std::strcmp(argv[i], "--size") == 0 && i + 1 < argc)
+        {
+            if (std::sscanf(argv[++i], "%dx%d", &width, &height) != 2 || width < 16 ||
+                height < 16 || width > 16384 || height > 16384)
+            {
+                std::fprintf(stderr, "plotvane-viewer: --size wants WIDTHxHEIGHT, 16 to 16384 "
+                                     "pixels each, not \"%s\"\n", argv[i]);
+                return 2;
+            }
+        }
         else if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0)
             return Usage() == 2 ? 0 : 0;
         else if (argv[i][0] == '-' && argv[i][1] == '-')
@@ -75,7 +87,7 @@ int main(int argc, char** argv)
     if (batch)
     {
         Pump(300);
-        if (!frame->ExportPng(screenshot))
+        if (!frame->ExportPng(screenshot, width, height))
             rc = 1;
         if (!allRead)
             rc = 1;

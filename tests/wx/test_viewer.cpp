@@ -1,5 +1,7 @@
 // plotvane-viewer as a user starts it: files on the command line, drawn in
 // a real window, written out with --screenshot.
+#include "wx_test_support.h"
+
 #include <plotvane/plotvane.h>
 
 #include <gtest/gtest.h>
@@ -9,14 +11,10 @@
 #include <fstream>
 #include <string>
 
+using plotvane::test::ShotDir;
+
 namespace
 {
-
-std::string ShotDir()
-{
-    const char* dir = std::getenv("PLOTVANE_SHOT_DIR");
-    return dir != nullptr ? dir : ".";
-}
 
 struct ViewerRun
 {
@@ -115,4 +113,43 @@ TEST(Viewer, UnreadableFilesGiveAMessageNotACrash)
     EXPECT_NE(r.err.find("no-such-file.csv"), std::string::npos) << r.err;
     // Still the empty chart, still drawn.
     EXPECT_GT(DrawnPixels(shot), 100);
+}
+
+TEST(Viewer, ExportsAtAChosenSizeAndRefusesABadOne)
+{
+    const std::string csv = ShotDir() + "/viewer-sized.csv";
+    {
+        std::ofstream out(csv);
+        out << "Time (s),Voltage (V)\n";
+        for (int i = 0; i <= 100; ++i)
+            out << i * 1e-11 << "," << (i % 40 < 20 ? 1.0 : 0.0) << "\n";
+    }
+    const std::string shot = ShotDir() + "/viewer-sized.png";
+    ViewerRun r = Viewer("--size 320x200 " + csv, shot);
+    ASSERT_EQ(r.rc, 0) << r.err;
+    plotvane::Image image;
+    ASSERT_TRUE(plotvane::ReadPng(CString(shot), image));
+    EXPECT_EQ(image.width, 320);
+    EXPECT_EQ(image.height, 200);
+    EXPECT_GT(DrawnPixels(shot), 500);
+
+    r = Viewer("--size 0x20 " + csv, shot);
+    EXPECT_EQ(r.rc, 2);
+    EXPECT_NE(r.err.find("--size"), std::string::npos) << r.err;
+}
+
+// A one-port Touchstone file opens as a |Z| chart on log axes.
+TEST(Viewer, OpensATouchstoneFileAsAnImpedanceChart)
+{
+    const std::string s1p = ShotDir() + "/viewer-pdn.s1p";
+    {
+        std::ofstream out(s1p);
+        out << "! a capacitor to ground, 1 uF\n# MHz Z RI R 50\n";
+        for (double f = 0.01; f < 1000.0; f *= 1.5)
+            out << f << " 0.001 " << -1.0 / (2 * 3.14159265 * f * 1e6 * 1e-6) / 50.0 << "\n";
+    }
+    const std::string shot = ShotDir() + "/viewer-s1p.png";
+    const ViewerRun r = Viewer(s1p, shot);
+    EXPECT_EQ(r.rc, 0) << r.err;
+    EXPECT_GT(DrawnPixels(shot), 1000);
 }

@@ -18,6 +18,13 @@
 namespace plotvane::test
 {
 
+// Where tests leave their screenshots: PLOTVANE_SHOT_DIR, or here.
+inline std::string ShotDir()
+{
+    const char* dir = std::getenv("PLOTVANE_SHOT_DIR");
+    return dir != nullptr ? dir : ".";
+}
+
 // Runs the event loop for about ms milliseconds.
 inline void Pump(int ms = 100)
 {
