@@ -1,8 +1,14 @@
 #include <plotvane/dialogs/Dialog.h>
 
+#include <plotvane/dialogs/DialogControls.h>
 #include <plotvane/dialogs/DialogResources.h>
 
 #include <plotvane/platform/Backend.h>
+
+#include <cerrno>
+#include <climits>
+#include <cmath>
+#include <cstdlib>
 
 namespace plotvane
 {
@@ -54,6 +60,11 @@ BOOL CDialog::Create(UINT nIDTemplate, CWnd* pParentWnd)
     const CRect rc = backend.MapDialogRect(parent, CRect(0, 0, res->cx, res->cy));
     if (!CWnd::CreateEx(0, "#32770", res->title, style, rc, m_pParentWnd, 0))
         return FALSE;
+    // Dialog units follow the window's own font, which exists only now; a
+    // top-level dialog takes the size its controls are laid out in.
+    const CRect rcFont = backend.MapDialogRect(m_hWnd, CRect(0, 0, res->cx, res->cy));
+    if (parent == nullptr && rcFont.Size() != rc.Size())
+        SetWindowPos(nullptr, 0, 0, rcFont.Width(), rcFont.Height(), SWP_NOMOVE | SWP_NOZORDER);
 
     std::vector<std::pair<int, CWnd*>> bindings;
     CDataExchange binder(this, FALSE);
@@ -142,7 +153,14 @@ void CDialog::DoDataExchange(CDataExchange* /*pDX*/) {}
 BOOL CDialog::UpdateData(BOOL bSaveAndValidate)
 {
     CDataExchange dx(this, bSaveAndValidate);
-    DoDataExchange(&dx);
+    try
+    {
+        DoDataExchange(&dx);
+    }
+    catch (const plotvane::DataExchangeFailure&)
+    {
+        return FALSE;
+    }
     return TRUE;
 }
 
@@ -182,4 +200,141 @@ void DDX_Text(CDataExchange* pDX, int nIDC, CString& value)
         pCtrl->GetWindowText(value);
     else
         pCtrl->SetWindowText(value);
+}
+
+// ---------------------------------------------------------------------------
+// Data exchange of numbers, radio groups and check boxes
+
+namespace
+{
+
+// The control of an exchange of values; null while the window is being
+// made (bindings only) or when the control does not exist.
+CWnd* ExchangeControl(CDataExchange* pDX, int nIDC)
+{
+    if (pDX->m_pBindings != nullptr)
+        return nullptr;
+    return static_cast<CDialog*>(pDX->m_pDlgWnd)->GetDlgItem(nIDC);
+}
+
+} // namespace
+
+namespace plotvane
+{
+
+void FailDataExchange(CDataExchange* pDX, int nIDC, LPCTSTR lpszMessage)
+{
+    pDX->m_pDlgWnd->MessageBox(lpszMessage, nullptr, MB_OK | MB_ICONWARNING);
+    if (CWnd* pCtrl = ExchangeControl(pDX, nIDC))
+        pCtrl->SetFocus();
+    throw DataExchangeFailure();
+}
+
+bool ParseDouble(const CString& text, double& value)
+{
+    const char* begin = text.GetString();
+    char* end = nullptr;
+    errno = 0;
+    const double d = std::strtod(begin, &end);
+    if (end == begin || errno == ERANGE || !std::isfinite(d))
+        return false;
+    while (*end == ' ' || *end == '\t')
+        ++end;
+    if (*end != '\0')
+        return false;
+    value = d;
+    return true;
+}
+
+bool ParseInt(const CString& text, int& value)
+{
+    const char* begin = text.GetString();
+    char* end = nullptr;
+    errno = 0;
+    const long n = std::strtol(begin, &end, 10);
+    if (end == begin || errno == ERANGE || n < INT_MIN || n > INT_MAX)
+        return false;
+    while (*end == ' ' || *end == '\t')
+        ++end;
+    if (*end != '\0')
+        return false;
+    value = int(n);
+    return true;
+}
+
+} // namespace plotvane
+
+namespace
+{
+
+CString FormatNumber(double value)
+{
+    CString text;
+    text.Format("%.15g", value);
+    return text;
+}
+
+CString FormatNumber(int value)
+{
+    CString text;
+    text.Format("%d", value);
+    return text;
+}
+
+template <class T>
+void ExchangeNumber(CDataExchange* pDX, int nIDC, T& value, bool (*parse)(const CString&, T&),
+                    LPCTSTR lpszMessage)
+{
+    CWnd* pCtrl = ExchangeControl(pDX, nIDC);
+    if (pCtrl == nullptr)
+        return;
+    if (!pDX->m_bSaveAndValidate)
+    {
+        pCtrl->SetWindowText(FormatNumber(value));
+        return;
+    }
+    CString text;
+    pCtrl->GetWindowText(text);
+    if (!parse(text, value))
+        plotvane::FailDataExchange(pDX, nIDC, lpszMessage);
+}
+
+} // namespace
+
+void DDX_Text(CDataExchange* pDX, int nIDC, double& value)
+{
+    ExchangeNumber(pDX, nIDC, value, &plotvane::ParseDouble, "Please enter a number.");
+}
+
+void DDX_Text(CDataExchange* pDX, int nIDC, int& value)
+{
+    ExchangeNumber(pDX, nIDC, value, &plotvane::ParseInt, "Please enter an integer.");
+}
+
+void DDX_Radio(CDataExchange* pDX, int nIDC, int& value)
+{
+    auto* pFirst = dynamic_cast<CButton*>(ExchangeControl(pDX, nIDC));
+    if (pFirst == nullptr)
+        return;
+    const std::vector<CButton*> group = pFirst->GetRadioGroup();
+    if (pDX->m_bSaveAndValidate)
+        value = -1;
+    for (size_t i = 0; i < group.size(); ++i)
+    {
+        if (pDX->m_bSaveAndValidate && group[i]->GetCheck() == BST_CHECKED)
+            value = int(i);
+        else if (!pDX->m_bSaveAndValidate)
+            group[i]->SetCheck(int(i) == value ? BST_CHECKED : BST_UNCHECKED);
+    }
+}
+
+void DDX_Check(CDataExchange* pDX, int nIDC, int& value)
+{
+    auto* pButton = dynamic_cast<CButton*>(ExchangeControl(pDX, nIDC));
+    if (pButton == nullptr)
+        return;
+    if (pDX->m_bSaveAndValidate)
+        value = pButton->GetCheck();
+    else
+        pButton->SetCheck(value);
 }

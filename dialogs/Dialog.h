@@ -112,6 +112,34 @@ void DDX_Control(CDataExchange* pDX, int nIDC, CWnd& rCtrl);
 // The control's text to value (saving) or back.
 void DDX_Text(CDataExchange* pDX, int nIDC, CString& value);
 
+// ---------------------------------------------------------------------------
+// Data exchange of numbers, radio groups and check boxes. A text that is not
+// a number gets a message box and the focus, the exchange stops there, and
+// UpdateData answers FALSE with the members from that control on untouched.
+
+namespace plotvane
+{
+
+// What a failed exchange throws; UpdateData catches it.
+struct DataExchangeFailure
+{
+};
+// Shows the message, gives the control the focus and ends the exchange.
+[[noreturn]] void FailDataExchange(CDataExchange* pDX, int nIDC, LPCTSTR lpszMessage);
+// The whole text as a finite number (spaces around it allowed); false for an
+// empty text, trailing characters, infinities and NaN.
+bool ParseDouble(const CString& text, double& value);
+bool ParseInt(const CString& text, int& value);
+
+} // namespace plotvane
+
+void DDX_Text(CDataExchange* pDX, int nIDC, double& value);
+void DDX_Text(CDataExchange* pDX, int nIDC, int& value);
+// The radio group that starts at control nIDC: the index of the checked
+// button, -1 for none.
+void DDX_Radio(CDataExchange* pDX, int nIDC, int& value);
+void DDX_Check(CDataExchange* pDX, int nIDC, int& value);
+
 // The resizable dialog base of the chart host dialogs. The host lays these
 // dialogs out, so the only thing wanted of it is the size grip switch.
 class CExtResizableDialog : public CDialog

@@ -5,7 +5,8 @@ namespace plotvane
 
 std::vector<DialogResource> LibraryDialogResources()
 {
-    return {ChartDialogResource(), InputTextDialogResource()};
+    return {ChartDialogResource(),     InputTextDialogResource(),   AttributeDialogResource(),
+            InputDataDialogResource(), EnvironmentDialogResource(), ColorsetDialogResource()};
 }
 
 } // namespace plotvane

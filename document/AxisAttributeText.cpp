@@ -14,9 +14,6 @@ void CPlotvane_Attribute::SetCurrentPointText(CPoint p)
     const double x = p.x / CPlotvane_InputData::m_dViewScaleX / std::pow(10.0, m_XAxis.GetUnit());
     const double y = p.y / CPlotvane_InputData::m_dViewScaleY / std::pow(10.0, m_YAxis.GetUnit());
     m_strCurrentPoint.Format("X:%.3f Y:%.3f", x, y);
-    if (m_pAttributeDlg && m_pAttributeDlg->HasWindow())
-    {
-        m_pAttributeDlg->m_strCurrentPoint = m_strCurrentPoint;
-        m_pAttributeDlg->UpdateData(FALSE);
-    }
+    if (m_pAttributeDlg != nullptr)
+        m_pAttributeDlg->SetCurrentPointText();
 }

@@ -47,9 +47,16 @@
 #include <plotvane/view/GLTextBmp.h>
 #include <plotvane/view/GLWnd.h>
 
+#include <plotvane/dialogs/ColorDialog.h>
 #include <plotvane/dialogs/Dialog.h>
+#include <plotvane/dialogs/DialogControls.h>
+#include <plotvane/dialogs/ExXListCtrl.h>
+#include <plotvane/dialogs/GLPlotvane_Environment_Colorset_Dlg.h>
+#include <plotvane/dialogs/GLPlotvane_Environment_Dlg.h>
 #include <plotvane/dialogs/Menu.h>
 #include <plotvane/dialogs/Plotvane_Attribute_Dlg.h>
 #include <plotvane/dialogs/Plotvane_Dlg.h>
 #include <plotvane/dialogs/Plotvane_InputData_Dlg.h>
+#include <plotvane/dialogs/Plotvane_InputText_Dlg.h>
 #include <plotvane/dialogs/StatusBar.h>
+#include <plotvane/dialogs/XListCtrl.h>

@@ -1,6 +1,7 @@
 #include <plotvane/platform/wx/WxBackend.h>
 
 #include <plotvane/platform/wx/WxBackendImpl.h>
+#include <plotvane/platform/wx/WxControls.h>
 #include <plotvane/view/GLWnd.h>
 
 #include <wx/app.h>
@@ -89,6 +90,8 @@ HWND WxBackend::CreateNativeWindow(CWnd* owner, const WindowParams& params)
         canvas = wx::MakeGLCanvas(parent->window, id, pos, size);
         window = canvas;
     }
+    else if (wxWindow* control = wx::MakeCoreControl(owner, parent->window, id, params))
+        window = control; // radio buttons, group boxes, combos, lists: WxControls.h
     else if (cls == "STATIC")
         window = new wxStaticText(parent->window, id, text, pos, size);
     else if (cls == "BUTTON")
@@ -113,7 +116,22 @@ HWND WxBackend::CreateNativeWindow(CWnd* owner, const WindowParams& params)
         window = button;
     }
     else if (cls == "EDIT")
-        window = new wxTextCtrl(parent->window, id, text, pos, size);
+    {
+        // Enter in a one-line field presses the dialog's OK, as on Windows.
+        auto* edit = new wxTextCtrl(parent->window, id, text, pos, size, wxTE_PROCESS_ENTER);
+        edit->Bind(wxEVT_TEXT_ENTER, [this, edit](wxCommandEvent&) {
+            for (wxWindow* p = edit->GetParent(); p != nullptr; p = p->GetParent())
+            {
+                auto it = m_impl->byWindow.find(p);
+                if (it != m_impl->byWindow.end() && it->second->owner != nullptr)
+                {
+                    it->second->owner->SendMessage(WM_COMMAND, WPARAM(IDOK), 0);
+                    return;
+                }
+            }
+        });
+        window = edit;
+    }
     else if (cls == "msctls_statusbar32")
     {
         auto* bar = new wxStatusBar(parent->window, id, 0);
@@ -142,7 +160,13 @@ void WxBackend::DestroyNativeWindow(HWND hwnd)
     const bool owns = r->ownsWindow;
     m_impl->Forget(r);
     if (owns)
+    {
+        // wx deletes a top-level window later, at idle time; hidden now, it
+        // gets no paint in between that would reach the forgotten record.
+        if (window->IsTopLevel())
+            window->Hide();
         window->Destroy();
+    }
 }
 
 CWnd* WxBackend::GetOwner(HWND hwnd)

@@ -4,12 +4,14 @@
 
 #include <plotvane/dialogs/StatusBar.h>
 #include <plotvane/platform/wx/WxBackendImpl.h>
+#include <plotvane/platform/wx/WxControls.h>
 
 #include <wx/colordlg.h>
 #include <wx/dialog.h>
 #include <wx/menu.h>
 #include <wx/msgdlg.h>
 #include <wx/statusbr.h>
+#include <wx/textctrl.h>
 #include <wx/utils.h>
 
 #include <algorithm>
@@ -28,6 +30,15 @@ int WxBackend::RunModalLoop(HWND hwnd)
     if (dialog == nullptr)
         return IDCANCEL;
     dialog->CentreOnParent();
+    // Typing goes to the first text field at once, as the user expects.
+    for (wxWindow* child : dialog->GetChildren())
+    {
+        if (dynamic_cast<wxTextCtrl*>(child) != nullptr && child->IsEnabled())
+        {
+            child->SetFocus();
+            break;
+        }
+    }
     const int result = dialog->ShowModal();
     // Closing the window by its frame is a cancel.
     return result == wxID_CANCEL ? IDCANCEL : result;
@@ -148,7 +159,7 @@ CRect WxBackend::MapDialogRect(HWND hwnd, const CRect& rc)
 void WxBackend::ControlChanged(HWND hwnd)
 {
     WindowRecord* r = m_impl->Find(hwnd);
-    if (r == nullptr)
+    if (r == nullptr || wx::MirrorCoreControl(r->owner, r->window))
         return;
     auto* bar = dynamic_cast<wxStatusBar*>(r->window);
     auto* sb = dynamic_cast<CStatusBar*>(r->owner);

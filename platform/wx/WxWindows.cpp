@@ -44,16 +44,17 @@ UINT MouseFlags(const wxMouseState& m)
 
 // Input goes the way a message loop sends it: PreTranslateMessage of the
 // window and its parents first.
-void Post(WindowRecord& r, UINT message, WPARAM wParam, LPARAM lParam)
+// Answers whether a PreTranslateMessage consumed the message.
+bool Post(WindowRecord& r, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (r.owner == nullptr)
-        return;
+        return false;
     MSG msg;
     msg.hwnd = HandleOf(&r);
     msg.message = message;
     msg.wParam = wParam;
     msg.lParam = lParam;
-    DispatchWindowMessage(msg);
+    return DispatchWindowMessage(msg);
 }
 
 LPARAM PointParam(int x, int y)
@@ -105,7 +106,10 @@ void OnKey(WindowRecord& r, wxKeyEvent& e, UINT message)
         e.Skip();
         return;
     }
-    Post(r, message, WPARAM(vk), 1);
+    // A native control (an edit, a list) still takes the key, as a
+    // control's default handling does; the GL window handles its own.
+    if (!Post(r, message, WPARAM(vk), 1) && r.canvas == nullptr)
+        e.Skip();
 }
 
 } // namespace
