@@ -24,19 +24,11 @@
 using plotvane::test::Pump;
 using plotvane::viewer::ViewerFrame;
 
+using plotvane::test::ArtifactDir;
 using plotvane::test::ShotDir;
 
 namespace
 {
-
-// PLOTVANE_ARTIFACT_DIR, or test-artifacts beside the tests' folder.
-std::filesystem::path ArtifactDir()
-{
-    if (const char* dir = std::getenv("PLOTVANE_ARTIFACT_DIR"))
-        return dir;
-    return std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path() /
-           "test-artifacts";
-}
 
 // The chart archive a demo of plotvane-render writes.
 std::string DemoChart(const std::string& demo)
@@ -126,7 +118,7 @@ protected:
         {
             Pump(100);
             const std::string name = "measure-dialog-" + dlg->GetTitle().utf8_string() + ".png";
-            SaveWindow(*dlg, (ArtifactDir() / name).string());
+            SaveWindow(*dlg, ArtifactDir() + "/" + name);
         }
         wxWindow* ok = dlg->FindWindow(wxID_OK);
         wxCommandEvent e(wxEVT_BUTTON, wxID_OK);
@@ -143,7 +135,7 @@ protected:
     void Picture(const std::string& name)
     {
         std::filesystem::create_directories(ArtifactDir());
-        EXPECT_TRUE(frame->ExportPng((ArtifactDir() / name).string()));
+        EXPECT_TRUE(frame->ExportPng(ArtifactDir() + "/" + name));
     }
 
     ViewerFrame* frame = nullptr;

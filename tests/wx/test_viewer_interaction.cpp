@@ -1,6 +1,7 @@
 // plotvane-viewer's chart under real X input: a two-click zoom, the wheel,
 // a right-drag pan, a cursor with its value text, Ctrl+T with a typed text,
-// and the zoom history. Each step leaves a screenshot in PLOTVANE_SHOT_DIR.
+// and the zoom history. Each step leaves a screenshot in the artifact
+// folder's viewer/.
 #include "wx_test_support.h"
 
 #include "viewer/ViewerFrame.h"
@@ -16,6 +17,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
@@ -81,7 +83,9 @@ protected:
         M().RedrawGLChartView();
         const plotvane::Image* image = plotvane::GetChartImage(M());
         ASSERT_NE(image, nullptr);
-        plotvane::WritePng(CString((ShotDir() + "/" + name).c_str()), *image);
+        const std::string dir = plotvane::test::ArtifactDir() + "/viewer";
+        std::filesystem::create_directories(dir);
+        EXPECT_TRUE(plotvane::WritePng(CString((dir + "/" + name).c_str()), *image));
     }
     std::vector<CString> TextsOf(plotvane::ChartTextLayer layer)
     {

@@ -116,8 +116,7 @@ plotvane::Image ScreenShot(wxWindow* w)
 // Saves the dialog's picture as test-artifacts/dialogs/<ClassName>.png.
 void SaveDialogShot(const CWnd& dlg, const std::string& name)
 {
-    const char* dir = std::getenv("PLOTVANE_SHOT_DIR");
-    const std::string out = std::string(dir != nullptr ? dir : ".") + "/test-artifacts/dialogs";
+    const std::string out = plotvane::test::ArtifactDir() + "/dialogs";
     std::filesystem::create_directories(out);
     wxWindow* w = WxOf(dlg);
     ASSERT_NE(w, nullptr);

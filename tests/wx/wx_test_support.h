@@ -25,6 +25,15 @@ inline std::string ShotDir()
     return dir != nullptr ? dir : ".";
 }
 
+// Where tests leave the pictures a person should look at:
+// PLOTVANE_ARTIFACT_DIR (CTest sets build/test-artifacts), or test-artifacts
+// under the screenshot folder.
+inline std::string ArtifactDir()
+{
+    const char* dir = std::getenv("PLOTVANE_ARTIFACT_DIR");
+    return dir != nullptr ? std::string(dir) : ShotDir() + "/test-artifacts";
+}
+
 // Runs the event loop for about ms milliseconds.
 inline void Pump(int ms = 100)
 {
