@@ -338,7 +338,7 @@ DataAxes AddDataFiles(CPlotvane_Manager& mgr, const RenderOptions& options,
     DataAxes axes;
     for (std::size_t f = 0; f < options.dataFiles.size(); ++f)
     {
-        if (IsWholeCsvFile(ParseSignalSpec(options.dataFiles[f])))
+        if (IsWholeCsvFile(ParseSignalRef(options.dataFiles[f])))
             continue;
         signals[f] = reader.Read(options.dataFiles[f]);
         for (const Signal& s : signals[f])
@@ -355,7 +355,7 @@ DataAxes AddDataFiles(CPlotvane_Manager& mgr, const RenderOptions& options,
     for (std::size_t f = 0; f < options.dataFiles.size(); ++f)
     {
         const std::string& arg = options.dataFiles[f];
-        if (IsWholeCsvFile(ParseSignalSpec(arg)))
+        if (IsWholeCsvFile(ParseSignalRef(arg)))
         {
             const CsvTable table = AddCsvFile(mgr, arg, options, progressFor);
             if (f == 0 && table.bHeader)

@@ -59,8 +59,8 @@ bool CrossesLevel(const CChartPointDArray& d, double dLevel)
 // first '_'.
 std::string EyeSetName(const std::string& arg)
 {
-    const SignalSpec spec = ParseSignalSpec(arg);
-    return "EYE_" + (spec.signal.empty() ? FileStem(spec.path) : spec.signal);
+    const SignalRef ref = ParseSignalRef(arg);
+    return "EYE_" + (ref.signal.empty() ? FileStem(ref.path) : ref.signal);
 }
 
 int AddEyeSet(CPlotvane_Manager& mgr, const std::string& arg, const Signal& s,

@@ -139,7 +139,7 @@ std::string VectorNames(const io::SignalFile& file)
 
 } // namespace
 
-SignalSpec ParseSignalSpec(const std::string& arg)
+SignalRef ParseSignalRef(const std::string& arg)
 {
     if (IsFile(arg))
         return {arg, std::string()};
@@ -151,11 +151,11 @@ SignalSpec ParseSignalSpec(const std::string& arg)
     return {arg, std::string()};
 }
 
-bool IsWholeCsvFile(const SignalSpec& spec)
+bool IsWholeCsvFile(const SignalRef& ref)
 {
-    if (!spec.signal.empty())
+    if (!ref.signal.empty())
         return false;
-    const std::string ext = LowerExtension(spec.path);
+    const std::string ext = LowerExtension(ref.path);
     return ext != ".raw" && !(ext.size() >= 4 && ext[1] == 's' && ext.back() == 'p' &&
                               ext.find_first_not_of("0123456789", 2) == ext.size() - 1);
 }
@@ -170,17 +170,17 @@ const io::SignalFile& SignalReader::File(const std::string& path)
 
 std::vector<Signal> SignalReader::Read(const std::string& arg)
 {
-    const SignalSpec spec = ParseSignalSpec(arg);
-    const io::SignalFile& file = File(spec.path);
+    const SignalRef ref = ParseSignalRef(arg);
+    const io::SignalFile& file = File(ref.path);
     if (!file.plots.empty() && IsTouchstonePlot(file.plots[0]))
     {
-        if (!spec.signal.empty())
-            throw std::runtime_error("'" + spec.path +
+        if (!ref.signal.empty())
+            throw std::runtime_error("'" + ref.path +
                                      "': a Touchstone file is drawn whole, as |Z| at port 1");
-        return {TouchstoneImpedance(spec.path)};
+        return {TouchstoneImpedance(ref.path)};
     }
     std::vector<Signal> out;
-    if (!spec.signal.empty())
+    if (!ref.signal.empty())
     {
         // A vector of a plot that has a curve wins over one of a single
         // point, such as an operating point.
@@ -188,17 +188,17 @@ std::vector<Signal> SignalReader::Read(const std::string& arg)
         {
             for (const io::Plot& p : file.plots)
             {
-                const io::Vector* v = p.Find(spec.signal);
+                const io::Vector* v = p.Find(ref.signal);
                 if (v && v != &p.vectors[0] && v->size() >= std::size_t(nMinPoints))
                     return {SignalOf(p, *v)};
             }
         }
-        throw std::runtime_error("'" + spec.path + "' has no signal '" + spec.signal +
+        throw std::runtime_error("'" + ref.path + "' has no signal '" + ref.signal +
                                  "'; it has: " + VectorNames(file));
     }
     const io::Plot* plot = FirstCurvePlot(file);
     if (plot == nullptr)
-        throw std::runtime_error("'" + spec.path + "' holds no curve of two points or more");
+        throw std::runtime_error("'" + ref.path + "' holds no curve of two points or more");
     for (std::size_t k = 1; k < plot->vectors.size(); ++k)
         out.push_back(SignalOf(*plot, plot->vectors[k]));
     return out;
@@ -210,8 +210,8 @@ Signal SignalReader::ReadOne(const std::string& arg, const std::string& role)
     if (signals.size() != 1)
         throw std::runtime_error("'" + arg + "' holds " + std::to_string(signals.size()) +
                                  " signals; name the " + role + " as " +
-                                 ParseSignalSpec(arg).path + ":SIGNAL, one of: " +
-                                 VectorNames(File(ParseSignalSpec(arg).path)));
+                                 ParseSignalRef(arg).path + ":SIGNAL, one of: " +
+                                 VectorNames(File(ParseSignalRef(arg).path)));
     if (signals[0].xs.size() < 2)
         throw std::runtime_error("'" + arg + "': the " + role + " needs at least two points");
     return std::move(signals[0]);

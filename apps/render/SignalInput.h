@@ -14,7 +14,7 @@
 namespace plotvane
 {
 
-struct SignalSpec
+struct SignalRef
 {
     std::string path;
     std::string signal; // empty: the whole file
@@ -23,11 +23,11 @@ struct SignalSpec
 // Splits at the first ':' whose left part is a file that exists, so that
 // paths with ':' and signal names with ':' both work; an argument that
 // names an existing file is that file.
-SignalSpec ParseSignalSpec(const std::string& arg);
+SignalRef ParseSignalRef(const std::string& arg);
 
 // True for what the streaming CSV reader takes best: a whole file that is
 // not a raw or Touchstone file by its extension.
-bool IsWholeCsvFile(const SignalSpec& spec);
+bool IsWholeCsvFile(const SignalRef& ref);
 
 // One curve.
 struct Signal

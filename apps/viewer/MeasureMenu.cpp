@@ -94,12 +94,12 @@ void EyeMask(Ask& a, int)
     const int h = d.AddNumber("Half height (V)", (e.y1 - e.y0) / 8);
     if (!d.Ask())
         return;
-    const EyeMaskSpec spec{d.Number(t), d.Number(v), d.Number(b), d.Number(flat), d.Number(h)};
-    if (!(spec.dTipHalfWidth > 0 && spec.dHalfHeight > 0 && spec.dFlatPercent >= 0 &&
-          spec.dFlatPercent < 100))
+    const EyeMaskShape shape{d.Number(t), d.Number(v), d.Number(b), d.Number(flat), d.Number(h)};
+    if (!(shape.dTipHalfWidth > 0 && shape.dHalfHeight > 0 && shape.dFlatPercent >= 0 &&
+          shape.dFlatPercent < 100))
         return a.Explain("The mask needs a width and a height above 0, and a flat top "
                          "narrower than its tips.");
-    a.Show([&] { PlaceEyeMask(a.Mgr(), spec); });
+    a.Show([&] { PlaceEyeMask(a.Mgr(), shape); });
 }
 
 void Bathtub(Ask& a, int)

@@ -252,10 +252,10 @@ std::vector<std::string> ViewerFrame::ChooseSignals(const std::string& path)
     if (wxGetSelectedChoices(chosen, "Signals to show from " + wxString::FromUTF8(FileStem(path)),
                              "Choose Signals", names, this) < 0)
         return {};
-    std::vector<std::string> specs;
+    std::vector<std::string> refs;
     for (int i : chosen)
-        specs.push_back(path + ":" + vectors[std::size_t(i) + 1].name);
-    return specs;
+        refs.push_back(path + ":" + vectors[std::size_t(i) + 1].name);
+    return refs;
 }
 
 bool ViewerFrame::SaveChart(const std::string& path)

@@ -53,7 +53,7 @@ private:
     void BuildMenus();
     // Throws with a message when the file cannot be read or shown.
     void OpenDataFile(const std::string& path);
-    // FILE:SIGNAL specs of what to show; empty when the user cancelled.
+    // FILE:SIGNAL refs of what to show; empty when the user cancelled.
     std::vector<std::string> ChooseSignals(const std::string& path);
     void ApplyLook();
     void OnOpen(wxCommandEvent&);

@@ -46,7 +46,7 @@ void ClearOverlays(CPlotvane_Manager& mgr)
     mgr.m_nCrosstalkPointIndex = -1;
 }
 
-void PlaceEyeMask(CPlotvane_Manager& mgr, const EyeMaskSpec& s)
+void PlaceEyeMask(CPlotvane_Manager& mgr, const EyeMaskShape& s)
 {
     // The mask's width field counts the percentages in hundredths of half of
     // it, halved again: with the tips at 50 %, 800 times the tips' half

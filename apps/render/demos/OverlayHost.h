@@ -21,11 +21,11 @@ void ClearOverlays(CPlotvane_Manager& mgr);
 // ---- eye mask: a hexagon around (dCentreT, dCentreV) in data units whose
 // tips stand dTipHalfWidth either side of the centre and whose flat top and
 // bottom are dFlatPercent of the tips' width, dHalfHeight above and below.
-struct EyeMaskSpec
+struct EyeMaskShape
 {
     double dCentreT, dCentreV, dTipHalfWidth, dFlatPercent, dHalfHeight;
 };
-void PlaceEyeMask(CPlotvane_Manager& mgr, const EyeMaskSpec& spec);
+void PlaceEyeMask(CPlotvane_Manager& mgr, const EyeMaskShape& shape);
 
 // ---- bathtub: the crossings of each drawn curve at each bit error rate
 // (as text, "1e-12"), into the measure map; answers how many were found.
