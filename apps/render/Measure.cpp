@@ -63,18 +63,17 @@ std::string EyeSetName(const std::string& arg)
     return "EYE_" + (ref.signal.empty() ? FileStem(ref.path) : ref.signal);
 }
 
-int AddEyeSet(CPlotvane_Manager& mgr, const std::string& arg, const Signal& s,
+int AddEyeSet(CPlotvane_Manager& mgr, const std::string& name, const Signal& s,
               const RenderOptions& options, EyeRole role)
 {
     const COLORREF color = EyeCurveColor(role, options.bLight);
     if (!options.bFold)
-        return AddSeriesToChart(mgr, EyeSetName(arg), s.xs.data(), s.ys.data(), s.xs.size(),
-                                color);
+        return AddSeriesToChart(mgr, name, s.xs.data(), s.ys.data(), s.xs.size(), color);
     CPlotvane_InputData& data = mgr.m_InputData;
     const int index = data.AddNewDataSet();
     CChartPointDArray& set = *data.GetChartPointDArray(index);
     FoldIntoEye(s.xs, s.ys, options.dPeriod, options.dSkip, set);
-    set.m_strName = CString(EyeSetName(arg));
+    set.m_strName = CString(name);
     set.m_Color = CColor(color);
     data.AddDrawDataSetIndex(index);
     return index;
@@ -82,7 +81,7 @@ int AddEyeSet(CPlotvane_Manager& mgr, const std::string& arg, const Signal& s,
 
 // The strobes must be in the data's time: a strobe in ns beside data in
 // seconds would never be found.
-void CheckStrobeTime(const Signal& dq, const Signal& strobe, const std::string& arg)
+void CheckStrobeTime(const Signal& dq, const Signal& strobe, const std::string& name)
 {
     const auto span = [](const Signal& s)
     {
@@ -91,7 +90,7 @@ void CheckStrobeTime(const Signal& dq, const Signal& strobe, const std::string& 
     };
     const double r = span(strobe) / span(dq);
     if (r > 100.0 || r < 0.01)
-        throw ChartInputError("'" + arg + "': the strobe's time spans " +
+        throw ChartInputError("'" + name + "': the strobe's time spans " +
                               std::to_string(span(strobe)) + ", the data's " +
                               std::to_string(span(dq)) +
                               ": both must be in seconds, over the same time");
@@ -207,29 +206,40 @@ EyeChartSets AddMeasuredEyes(CPlotvane_Manager& mgr, const RenderOptions& option
                              const WarnFn& warn)
 {
     SignalReader reader;
-    const Signal dq = reader.ReadOne(options.dqFile, "data eye");
-    const Signal dqs = reader.ReadOne(options.dqsFile, "strobe eye");
-    std::optional<Signal> dqsBar;
+    EyeSignals eye{reader.ReadOne(options.dqFile, "data eye"),
+                   reader.ReadOne(options.dqsFile, "strobe eye"),
+                   std::nullopt,
+                   {EyeSetName(options.dqFile), EyeSetName(options.dqsFile), ""},
+                   {options.dqFile, options.dqsFile, options.dqsBarFile}};
     if (!options.dqsBarFile.empty())
-        dqsBar = reader.ReadOne(options.dqsBarFile, "strobe complement");
-    CheckEyeTiming(dq.xs, options, warn);
-    CheckStrobeTime(dq, dqs, options.dqsFile);
-    if (dqsBar)
-        CheckStrobeTime(dq, *dqsBar, options.dqsBarFile);
+    {
+        eye.dqsBar = reader.ReadOne(options.dqsBarFile, "strobe complement");
+        eye.names.dqsBar = EyeSetName(options.dqsBarFile);
+    }
+    return AddEyeSignals(mgr, options, eye, warn);
+}
+
+EyeChartSets AddEyeSignals(CPlotvane_Manager& mgr, const RenderOptions& options,
+                           const EyeSignals& eye, const WarnFn& warn)
+{
+    CheckEyeTiming(eye.dq.xs, options, warn);
+    CheckStrobeTime(eye.dq, eye.dqs, eye.sources.dqs);
+    if (eye.dqsBar)
+        CheckStrobeTime(eye.dq, *eye.dqsBar, eye.sources.dqsBar);
 
     // Without --skip the folding starts where the data do, for all three.
     RenderOptions folding = options;
-    folding.dSkip = std::max(options.dSkip, dq.xs.front());
+    folding.dSkip = std::max(options.dSkip, eye.dq.xs.front());
     EyeChartSets sets;
-    sets.nDQ = AddEyeSet(mgr, options.dqFile, dq, folding, EyeRole::Data);
-    sets.nDQS = AddEyeSet(mgr, options.dqsFile, dqs, folding, EyeRole::Strobe);
-    if (dqsBar)
+    sets.nDQ = AddEyeSet(mgr, eye.names.dq, eye.dq, folding, EyeRole::Data);
+    sets.nDQS = AddEyeSet(mgr, eye.names.dqs, eye.dqs, folding, EyeRole::Strobe);
+    if (eye.dqsBar)
         sets.nDQSBar =
-            AddEyeSet(mgr, options.dqsBarFile, *dqsBar, folding, EyeRole::StrobeComplement);
+            AddEyeSet(mgr, eye.names.dqsBar, *eye.dqsBar, folding, EyeRole::StrobeComplement);
 
     CPlotvane_InputData& data = mgr.m_InputData;
-    const CChartPointDArray& eye = *data.GetChartPointDArray(sets.nDQ);
-    CheckEyeLevels(eye.GetMinY(), eye.GetMaxY(), options, warn);
+    const CChartPointDArray& dq = *data.GetChartPointDArray(sets.nDQ);
+    CheckEyeLevels(dq.GetMinY(), dq.GetMaxY(), options, warn);
     const int indices[3] = {sets.nDQ, sets.nDQS, sets.nDQSBar};
     for (const int i : indices)
     {

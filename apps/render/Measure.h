@@ -6,6 +6,7 @@
 
 #include "render/EyeChecks.h"
 #include "render/Options.h"
+#include "render/SignalInput.h"
 
 #include <limits>
 #include <optional>
@@ -77,10 +78,34 @@ void ApplyEyeOptions(const RenderOptions& options, CChartPointDArray& dq, CChart
 EyeMeasurement MeasureEyeSets(CChartPointDArray& dq, CChartPointDArray& dqs,
                               CChartPointDArray* pDQSBar, bool bRead);
 
+// Names of the eye's sets, for the reports.
+struct EyeNames
+{
+    std::string dq;
+    std::string dqs;
+    std::string dqsBar; // empty for a single-ended strobe
+};
+
+// The curves of one eye and the names of their sets. The overlay pairs a
+// DQ with the strobes whose names share the text before the first '_'.
+struct EyeSignals
+{
+    Signal dq;
+    Signal dqs;
+    std::optional<Signal> dqsBar;
+    EyeNames names;
+    EyeNames sources; // as the user named them, for messages
+};
+
+// Checks the curves against the options (EyeChecks.h), folds them with
+// --fold, adds them to the chart and sets their roles: data type, pin
+// role, period, the strobes' levels from their swing. Throws
+// ChartInputError for curves that cannot make an eye.
+EyeChartSets AddEyeSignals(CPlotvane_Manager& mgr, const RenderOptions& options,
+                           const EyeSignals& eye, const WarnFn& warn);
+
 // Reads the eyes of --measure (FILE or FILE:SIGNAL each), checks them
-// against the options (EyeChecks.h), folds them with --fold, and sets their
-// roles: names sharing the prefix "EYE" so that the overlay pairs them,
-// data type, pin role, period, the strobes' levels from their swing.
+// with AddEyeSignals, named with the prefix "EYE".
 EyeChartSets AddMeasuredEyes(CPlotvane_Manager& mgr, const RenderOptions& options,
                              const WarnFn& warn);
 
@@ -95,14 +120,6 @@ std::string ChartPathBeside(const std::string& png);
 
 // Writes the keys common to demo and measure reports into an open object.
 void WriteEyeMeasurement(JsonWriter& json, const EyeMeasurement& m, const RenderOptions& options);
-
-// Names of the eye's sets, for the reports.
-struct EyeNames
-{
-    std::string dq;
-    std::string dqs;
-    std::string dqsBar; // empty for a single-ended strobe
-};
 
 // Adds the eye's row to a CSV file for spreadsheets: a header line first
 // when the file is new or empty, then one row; an empty cell for what was

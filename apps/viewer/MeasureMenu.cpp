@@ -1,5 +1,6 @@
 #include "viewer/ViewerMenus.h"
 
+#include "viewer/DdrEye.h"
 #include "viewer/MeasureDialogs.h"
 #include "viewer/ViewerFrame.h"
 
@@ -34,9 +35,13 @@ void ShowEyeMargins(ViewerFrame& frame)
                                      set->m_dSetupMargin, set->m_dHoldMargin);
     }
     if (text.empty())
-        text = "The chart holds no measured DQ/DQS sets.\nOpen a chart written by "
-               "plotvane-render --demo ddr-write --save-chart, for example.";
-    wxMessageBox(text, "DDR Eye Margins", wxOK | wxICON_INFORMATION, &frame);
+        text = "The chart holds no measured DQ/DQS sets.\nMeasure > DDR Eye from Sets "
+               "makes them from a DQ and its strobe, or open a chart written by "
+               "plotvane-render --demo ddr-write --save-chart.";
+    if (frame.IsBatch())
+        frame.Tell("DDR Eye Margins: " + text);
+    else
+        wxMessageBox(text, "DDR Eye Margins", wxOK | wxICON_INFORMATION, &frame);
 }
 
 // What an entry has to tell instead of drawing: in a box, or in batch mode
@@ -382,6 +387,10 @@ void AddMeasureMenu(ViewerFrame& frame, wxMenuBar& bar)
         measure->Append(wxID_ANY, "&DDR Eye Margins", "Setup and hold margins of the DQ/DQS sets");
     frame.Bind(
         wxEVT_MENU, [&frame](wxCommandEvent&) { ShowEyeMargins(frame); }, eye->GetId());
+    wxMenuItem* fromSets = measure->Append(wxID_ANY, "DDR Eye from &Sets...",
+                                           "An eye of a DQ against its strobe, folded and measured");
+    frame.Bind(
+        wxEVT_MENU, [&frame](wxCommandEvent&) { AskDdrEye(frame); }, fromSets->GetId());
     measure->AppendSeparator();
     for (const Entry& entry : kEntries)
     {

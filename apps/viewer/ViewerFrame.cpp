@@ -5,6 +5,7 @@
 #include "render/Axes.h"
 #include "render/ChartInput.h"
 #include "render/Options.h"
+#include "render/SignalInput.h"
 #include "render/demos/OverlayHost.h"
 
 #include <plotvane/io/CsvReader.h>
@@ -200,9 +201,19 @@ bool ViewerFrame::OpenFile(const std::string& path)
     SetTitle("Plotvane Viewer - " + wxString::FromUTF8(FileStem(path)));
     m_history.AddFileToHistory(wxString::FromUTF8(path));
     Redraw();
+    ChartReplaced();
+    return true;
+}
+
+void ViewerFrame::ChartReplaced()
+{
     for (const auto& listener : m_chartReplaced)
         listener();
-    return true;
+}
+
+bool ViewerFrame::IsLight() const
+{
+    return m_env.GetCurColorIndex() == kLightPreset;
 }
 
 // A CSV, ngspice raw or Touchstone file, read the way plotvane-render reads
@@ -211,7 +222,7 @@ bool ViewerFrame::OpenFile(const std::string& path)
 void ViewerFrame::OpenDataFile(const std::string& path)
 {
     RenderOptions options;
-    options.bLight = m_env.GetCurColorIndex() == kLightPreset;
+    options.bLight = IsLight();
     options.dataFiles = ChooseSignals(path);
     if (options.dataFiles.empty())
         throw std::runtime_error("no signal chosen");
@@ -235,26 +246,87 @@ void ViewerFrame::OpenDataFile(const std::string& path)
     KeepLastXValueWhole(m_manager, m_manager.GetDefaultFontSize());
 }
 
+namespace
+{
+
+// The names of a CSV file's y columns, when they share its first column:
+// the header alone is read.
+std::vector<std::string> CsvColumnNames(const std::string& path)
+{
+    struct Stop
+    {
+    };
+    struct HeaderOnly : CsvSink
+    {
+        std::vector<std::string> names;
+        void Begin(const CsvTable& layout, std::size_t) override
+        {
+            for (const CsvSeries& s : layout.series)
+                names.push_back(s.name);
+            throw Stop();
+        }
+        void Points(std::vector<CsvSeries>&) override {}
+    } header;
+    CsvReadOptions options;
+    options.bSharedX = true;
+    try
+    {
+        ReadCsvFile(path, header, options);
+    }
+    catch (const Stop&)
+    {
+    }
+    return header.names;
+}
+
+// The names of a raw file's vectors past its scale.
+std::vector<std::string> RawVectorNames(const std::string& path)
+{
+    const io::SignalFile file = io::ReadSignalFile(path);
+    std::vector<std::string> names;
+    if (!file.plots.empty())
+        for (std::size_t i = 1; i < file.plots[0].vectors.size(); ++i)
+            names.push_back(file.plots[0].vectors[i].name);
+    return names;
+}
+
+} // namespace
+
 std::vector<std::string> ViewerFrame::ChooseSignals(const std::string& path)
 {
-    if (!EndsWith(path, ".raw"))
+    // A raw file holds many vectors, and a CSV file may hold columns that
+    // share its first one: each is a FILE:SIGNAL of its own. A Touchstone
+    // file and a plain x,y CSV are read whole.
+    const bool bRaw = EndsWith(path, ".raw");
+    if (!bRaw && !IsWholeCsvFile(SignalRef{path, ""}))
         return {path};
-    const io::SignalFile file = io::ReadSignalFile(path);
-    if (file.plots.empty() || file.plots[0].vectors.size() <= 2 || m_bBatch)
+    std::vector<std::string> names;
+    try
+    {
+        names = bRaw ? RawVectorNames(path) : CsvColumnNames(path);
+    }
+    catch (const std::exception&)
+    {
+        return {path}; // the reading proper says what is wrong
+    }
+    if (names.size() <= 1)
         return {path};
-    const std::vector<io::Vector>& vectors = file.plots[0].vectors;
-    wxArrayString names;
-    for (std::size_t i = 1; i < vectors.size(); ++i)
-        names.Add(wxString::FromUTF8(vectors[i].name));
     wxArrayInt chosen;
     for (std::size_t i = 0; i < names.size(); ++i)
         chosen.Add(int(i));
-    if (wxGetSelectedChoices(chosen, "Signals to show from " + wxString::FromUTF8(FileStem(path)),
-                             "Choose Signals", names, this) < 0)
-        return {};
+    if (!m_bBatch)
+    {
+        wxArrayString items;
+        for (const std::string& name : names)
+            items.Add(wxString::FromUTF8(name));
+        if (wxGetSelectedChoices(chosen,
+                                 "Signals to show from " + wxString::FromUTF8(FileStem(path)),
+                                 "Choose Signals", items, this) < 0)
+            return {};
+    }
     std::vector<std::string> refs;
     for (int i : chosen)
-        refs.push_back(path + ":" + vectors[std::size_t(i) + 1].name);
+        refs.push_back(path + ":" + names[std::size_t(i)]);
     return refs;
 }
 

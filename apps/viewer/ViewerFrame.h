@@ -43,11 +43,15 @@ public:
     // The panel that hosts the chart dialog: the view's messages to its host
     // (2524, 2525, 2527) arrive there as EVT_PLOTVANE_MESSAGE.
     wxPanel* ChartPanel() { return m_pChartPanel; }
-    // Called after a file replaced the chart.
+    // Called after a file, or a chart made from the one shown, replaced the
+    // chart.
     void AddChartReplacedListener(std::function<void()> listener)
     {
         m_chartReplaced.push_back(std::move(listener));
     }
+    void ChartReplaced();
+    // The light colour set is in use: new curves take its colours.
+    bool IsLight() const;
 
 private:
     void BuildMenus();

@@ -3,6 +3,7 @@
 // view's text hook, and a picture of the result.
 #include "wx_test_support.h"
 
+#include "viewer/DdrEye.h"
 #include "viewer/ViewerFrame.h"
 
 #include <wx/bitmap.h>
@@ -14,9 +15,11 @@
 #include <wx/textctrl.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
@@ -205,3 +208,93 @@ TEST_F(MeasureMenu, EntriesTheChartCannotServeSayWhatItShouldHold)
 }
 
 } // namespace
+
+namespace
+{
+
+// A DDR write burst in time: DQ0 toggling by a pattern each 625 ps unit
+// interval, with a differential strobe centred in the data eye; 80 ps
+// ramps, 0.2 V to 1.2 V, sampled each 5 ps.
+std::string WriteBurstCsv()
+{
+    const std::string csv = ShotDir() + "/measure-ddr-burst.csv";
+    const double ui = 0.625e-9, ramp = 80e-12;
+    const int bits[] = {0, 1, 1, 0, 1, 0, 0, 1, 1, 1, 0, 0, 1, 0, 1, 0, 0, 1};
+    const int n = int(std::size(bits));
+    // The level of a sequence that changes at each multiple of ui.
+    const auto level = [&](auto bit, double t)
+    {
+        const int k = int(std::floor(t / ui));
+        if (k <= 0 || k >= n)
+            return double(bit(std::clamp(k, 0, n - 1)));
+        const double a = bit(k - 1), b = bit(k), in = t - k * ui;
+        return in < ramp ? a + (b - a) * in / ramp : b;
+    };
+    const auto dq = [&](int k) { return bits[k]; };
+    const auto strobe = [](int k) { return k == 0 ? 0 : (k - 1) % 2; };
+    std::ofstream out(csv);
+    out << "time (s),DQ0,DQS,DQS_N\n";
+    for (int i = 0; i * 5e-12 <= n * ui; ++i)
+    {
+        const double t = i * 5e-12, s = level(strobe, t + ui / 2);
+        out << t << "," << 0.2 + level(dq, t) << "," << 0.2 + s << "," << 1.2 - s << "\n";
+    }
+    return csv;
+}
+
+// What plotvane-render --measure reports for the same signals.
+std::string RenderMeasureReport(const std::string& csv)
+{
+    const std::string json = ShotDir() + "/measure-ddr-burst.json";
+    const std::string cmd = std::string(PLOTVANE_RENDER_EXE) + " --measure --dq " + csv +
+                            ":DQ0 --dqs " + csv + ":DQS --dqs-bar " + csv +
+                            ":DQS_N --period 1.25n --fold -o " + ShotDir() +
+                            "/measure-ddr-burst.png --report " + json + " >/dev/null";
+    EXPECT_EQ(std::system(cmd.c_str()), 0) << cmd;
+    std::ifstream in(json);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+} // namespace
+
+// A CSV of several columns opens as one set per column; the DDR eye made
+// from its DQ and strobe reads as plotvane-render --measure reads it.
+TEST_F(MeasureMenu, DdrEyeFromSetsFoldsAChosenPairAndMeasuresItAsTheRenderProgramDoes)
+{
+    const std::string csv = WriteBurstCsv();
+    ASSERT_TRUE(frame->OpenFile(csv));
+    CPlotvane_InputData& data = frame->Manager().m_InputData;
+    ASSERT_EQ(data.GetDrawDataSetCount(), 3);
+    const CChartPointDArray& dqs = *data.GetChartPointDArray(data.m_DrawSet[1]);
+    EXPECT_EQ(dqs.m_strName.str(), "DQS");
+    EXPECT_NEAR(plotvane::viewer::StrobePeriod(dqs), 1.25e-9, 1e-15);
+    EXPECT_FALSE(plotvane::viewer::IsFoldedEye(dqs));
+
+    // Three different sets, or nothing happens.
+    ASSERT_TRUE(Choose("DDR Eye from Sets...", {{"DQ", "DQS"}, {"DQS", "DQS"}}));
+    EXPECT_NE(frame->Messages().back().find("three different sets"), std::string::npos);
+    EXPECT_EQ(data.GetDrawDataSetCount(), 3);
+
+    // The names pick DQ0, DQS and DQS_N.
+    ASSERT_TRUE(Choose("DDR Eye from Sets...", {{"Period (s)", "1.25e-9"}}));
+    EXPECT_EQ(data.GetDrawDataSetCount(), 3);
+    EXPECT_EQ(data.GetDataSetSize(), 6u); // the waveforms stay, undrawn
+    EXPECT_TRUE(plotvane::viewer::IsFoldedEye(*data.GetChartPointDArray(data.m_DrawSet[0])));
+    const std::string told = frame->Messages().back();
+    EXPECT_NE(told.find("DQ0 against DQS/DQS_N, period 1250.000 ps"), std::string::npos) << told;
+    EXPECT_NE(told.find("setup margin 204.500 ps, hold margin 204.500 ps: PASS"),
+              std::string::npos)
+        << told;
+    const std::string report = RenderMeasureReport(csv);
+    EXPECT_NE(report.find("\"setup_margin_ps\": 204.5,"), std::string::npos) << report;
+    EXPECT_NE(report.find("\"hold_margin_ps\": 204.5,"), std::string::npos) << report;
+    frame->Redraw();
+    EXPECT_TRUE(Shows("Setup Margin: 204 ps"));
+    EXPECT_TRUE(Shows("Hold Margin: 204 ps"));
+    Picture("measure-ddr-eye-from-sets.png");
+
+    // The margins the overlay left in the DQ set.
+    EXPECT_FALSE(Choose("DDR Eye Margins"));
+    EXPECT_NE(frame->Messages().back().find("setup 204 ps, hold 204 ps"), std::string::npos)
+        << frame->Messages().back();
+}
