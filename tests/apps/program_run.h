@@ -5,12 +5,15 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace plotvane_test
 {
@@ -68,6 +71,22 @@ protected:
     void TearDown() override { std::system(("rm -rf " + m_dir).c_str()); }
 
     std::string Path(const std::string& name) const { return m_dir + "/" + name; }
+    // Whether the file is there and not empty.
+    bool Written(const std::string& name) const
+    {
+        struct stat st;
+        return stat(Path(name).c_str(), &st) == 0 && st.st_size > 0;
+    }
+    void WriteCsv(const std::string& name, const std::vector<double>& x,
+                  const std::vector<double>& y) const
+    {
+        std::FILE* f = std::fopen(Path(name).c_str(), "w");
+        ASSERT_NE(f, nullptr);
+        std::fprintf(f, "time,volts\n");
+        for (std::size_t i = 0; i < x.size(); ++i)
+            std::fprintf(f, "%.17g,%.17g\n", x[i], y[i]);
+        std::fclose(f);
+    }
 
     // Runs in the test's directory, so that default outputs land there; env
     // is a prefix of variable settings.
@@ -82,6 +101,15 @@ protected:
         r.out = Slurp(out);
         r.err = Slurp(err);
         return r;
+    }
+    // A demo drawn to NAME.png and saved to NAME.pvc; answers its report.
+    std::string RunDemo(const std::string& name) const
+    {
+        const Result r = Run("--demo " + name + " -o " + name + ".png");
+        EXPECT_EQ(r.status, 0) << r.err;
+        EXPECT_TRUE(Written(name + ".png"));
+        EXPECT_TRUE(Written(name + ".pvc"));
+        return r.out;
     }
 
     std::string m_dir;

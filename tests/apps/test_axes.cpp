@@ -13,6 +13,8 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
+#include <functional>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -28,19 +30,9 @@ double ReadNumber(const std::string& text)
 {
     char* end = nullptr;
     const double v = std::strtod(text.c_str(), &end);
-    switch (*end)
-    {
-    case 'K':
-        return v * 1e3;
-    case 'M':
-        return v * 1e6;
-    case 'G':
-        return v * 1e9;
-    case 'T':
-        return v * 1e12;
-    default:
-        return v;
-    }
+    static const char kPrefixes[] = "KMGT";
+    const char* p = *end != '\0' ? std::strchr(kPrefixes, *end) : nullptr;
+    return p != nullptr ? v * std::pow(1e3, double(p - kPrefixes + 1)) : v;
 }
 
 // What one stored unit of an axis is shown as: "Time (ns)" shows 1e-9 s
@@ -119,6 +111,18 @@ std::string Label(const Frame& fr, int axis)
     return int(names.size()) > axis ? names[axis].strText.str() : std::string();
 }
 
+// One frame that draw paints, with every text it printed.
+Frame Capture(CPlotvane_Manager& mgr, const std::function<void()>& draw)
+{
+    Frame fr;
+    CGLChartView& view = *mgr.m_ChartDlg.GetGLChartView();
+    view.SetTextHook([&fr](const ChartText& t) { fr.texts.push_back(t); });
+    draw();
+    view.SetTextHook({});
+    fr.f = view.GetChartFrame();
+    return fr;
+}
+
 class AxesTest : public HeadlessChartTest<800, 500>
 {
 protected:
@@ -134,25 +138,10 @@ protected:
     }
     void TearDown() override { std::system(("rm -rf " + m_dir).c_str()); }
 
-    // One frame as plotvane-render draws it, with every text it printed.
+    // One frame as plotvane-render draws it.
     Frame Draw()
     {
-        Frame fr;
-        view->SetTextHook([&fr](const ChartText& t) { fr.texts.push_back(t); });
-        plotvane::DrawChartToPng(m, options);
-        view->SetTextHook({});
-        fr.f = view->GetChartFrame();
-        return fr;
-    }
-    // A frame drawn again with the chart as it stands.
-    Frame Redraw()
-    {
-        Frame fr;
-        view->SetTextHook([&fr](const ChartText& t) { fr.texts.push_back(t); });
-        m.RedrawGLChartView();
-        view->SetTextHook({});
-        fr.f = view->GetChartFrame();
-        return fr;
+        return Capture(m, [this] { plotvane::DrawChartToPng(m, options); });
     }
 
     void AddCurve(const std::vector<double>& xs, const std::vector<double>& ys)
@@ -270,7 +259,7 @@ TEST_F(AxesTest, EyeOverlayPrintsPicosecondsAtEverySpan)
         EXPECT_NEAR(em.dOverlayHoldPS, std::trunc(em.dHoldPS), 1.0);
         EXPECT_EQ(em.Pass(), std::optional<bool>(true));
 
-        const Frame fr = Redraw();
+        const Frame fr = Capture(m, [this] { m.RedrawGLChartView(); });
         EXPECT_EQ(Label(fr, 0), "Time (ns)");
         ExpectValueTextsTrue(fr, 1e-5);
         std::string summary;
@@ -283,11 +272,8 @@ TEST_F(AxesTest, EyeOverlayPrintsPicosecondsAtEverySpan)
 }
 
 // The demos set their own axes; their numbers must read true as well.
-TEST(OverlayDemoAxes, ValueTextsReadTrue)
+TEST_F(AxesTest, OverlayDemosValueTextsReadTrue)
 {
-    PLOTVANE_REQUIRE_GL();
-    const std::string dir = "/tmp/plotvane_demo_axes_" + std::to_string(getpid());
-    ASSERT_EQ(std::system(("mkdir -p " + dir).c_str()), 0);
     for (const plotvane::OverlayDemo& demo : plotvane::OverlayDemos())
     {
         SCOPED_TRACE(demo.name);
@@ -296,19 +282,12 @@ TEST(OverlayDemoAxes, ValueTextsReadTrue)
         o.nWidth = 900;
         o.nHeight = 560;
         o.bLegend = false;
-        o.output = dir + "/" + demo.name + ".png";
+        o.output = m_dir + "/" + demo.name + ".png";
         ASSERT_TRUE(plotvane::CreateHeadlessChart(mgr, o.nWidth, o.nHeight));
         mgr.RemoveAllData();
         demo.build(mgr, o);
-        Frame fr;
-        CGLChartView& view = *mgr.m_ChartDlg.GetGLChartView();
-        view.SetTextHook([&fr](const ChartText& t) { fr.texts.push_back(t); });
-        plotvane::DrawChartToPng(mgr, o);
-        view.SetTextHook({});
-        fr.f = view.GetChartFrame();
-        ExpectValueTextsTrue(fr, 1e-4);
+        ExpectValueTextsTrue(Capture(mgr, [&] { plotvane::DrawChartToPng(mgr, o); }), 1e-4);
     }
-    std::system(("rm -rf " + dir).c_str());
 }
 
 // The legend takes a corner that the curves leave free, or makes room

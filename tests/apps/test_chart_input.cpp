@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <fstream>
 #include <string>
 #include <unistd.h>
 
@@ -151,11 +152,8 @@ TEST(ChartInput, CsvFilesMatchSeriesAddedWhole)
                 std::fprintf(f, "%.6e,%g,,\n", i * 1e-12, (i % 9) * 0.1);
         }
         std::fclose(f);
-        f = std::fopen(plain.c_str(), "w");
-        ASSERT_NE(f, nullptr);
-        std::fputs("0 1\n1 0\n2 3\n", f);
-        std::fclose(f);
     }
+    std::ofstream(plain) << "0 1\n1 0\n2 3\n";
     plotvane::RenderOptions o;
     o.bPairs = true;
     o.bLight = true;
@@ -212,10 +210,7 @@ TEST(ChartInput, CsvFilesMatchSeriesAddedWhole)
 TEST(ChartInput, DataFilesNameTheirAxes)
 {
     const std::string csv = TempPath("_xy.csv");
-    std::FILE* f = std::fopen(csv.c_str(), "w");
-    ASSERT_NE(f, nullptr);
-    std::fputs("x,y\n0,1\n2e-6,3\n", f);
-    std::fclose(f);
+    std::ofstream(csv) << "x,y\n0,1\n2e-6,3\n";
     CPlotvane_Manager m;
     plotvane::RenderOptions o;
     o.dataFiles = {csv};

@@ -11,14 +11,13 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <cstdio>
 #include <fstream>
-#include <functional>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace
@@ -27,51 +26,6 @@ using plotvane_test::JsonNumber;
 using plotvane_test::JsonString;
 using plotvane_test::Result;
 using plotvane_test::Slurp;
-
-struct Wave
-{
-    std::vector<double> t;
-    std::vector<double> v;
-};
-
-void WriteCsv(const std::string& path, const std::vector<double>& x, const std::vector<double>& y)
-{
-    std::FILE* f = std::fopen(path.c_str(), "w");
-    ASSERT_NE(f, nullptr);
-    std::fprintf(f, "time,volts\n");
-    for (std::size_t i = 0; i < x.size(); ++i)
-        std::fprintf(f, "%.17g,%.17g\n", x[i], y[i]);
-    std::fclose(f);
-}
-
-// An eye as x,y with time and values mapped, e.g. to ns or mV.
-void WriteEye(const std::string& path, const CChartPointDArray& a,
-              const std::function<double(double)>& fx = [](double x) { return x; },
-              const std::function<double(double)>& fy = [](double y) { return y; })
-{
-    std::vector<double> x, y;
-    for (INT_PTR i = 0; i < a.GetSize(); ++i)
-    {
-        x.push_back(fx(a.GetPointX(i)));
-        y.push_back(fy(a.GetPointY(i)));
-    }
-    WriteCsv(path, x, y);
-}
-
-// The eye laid out in time again: each run after a seam one period later.
-void WriteUnfolded(const std::string& path, const CChartPointDArray& a, double dPeriod)
-{
-    std::vector<double> x, y;
-    int k = 0;
-    for (INT_PTR i = 0; i < a.GetSize(); ++i)
-    {
-        if (i > 0 && a.GetPointX(i) < a.GetPointX(i - 1))
-            ++k;
-        x.push_back(a.GetPointX(i) + k * dPeriod);
-        y.push_back(a.GetPointY(i));
-    }
-    WriteCsv(path, x, y);
-}
 
 class MeasureProgram : public plotvane_test::RenderProgramTest
 {
@@ -82,9 +36,25 @@ protected:
         plotvane::DdrEyeParams p;
         p.nPeriods = 16;
         m_eye = plotvane::GenerateDdrEye(p);
-        WriteEye(Path("dq.csv"), *m_eye.pDQ);
-        WriteEye(Path("dqs.csv"), *m_eye.pDQS);
-        WriteEye(Path("dqsb.csv"), *m_eye.pDQSBar);
+        WriteEye("dq.csv", *m_eye.pDQ);
+        WriteEye("dqs.csv", *m_eye.pDQS);
+        WriteEye("dqsb.csv", *m_eye.pDQSBar);
+    }
+    // An eye as time,volts, its times scaled by dx and its levels by dy
+    // less dShift; with dUnfold, each run after a seam laid that much later
+    // than the one before, as a waveform in time.
+    void WriteEye(const std::string& name, const CChartPointDArray& a, double dx = 1.0,
+                  double dy = 1.0, double dShift = 0.0, double dUnfold = 0.0)
+    {
+        std::vector<double> x, y;
+        int k = 0;
+        for (INT_PTR i = 0; i < a.GetSize(); ++i)
+        {
+            k += i > 0 && a.GetPointX(i) < a.GetPointX(i - 1);
+            x.push_back(a.GetPointX(i) * dx + k * dUnfold);
+            y.push_back(a.GetPointY(i) * dy - dShift);
+        }
+        WriteCsv(name, x, y);
     }
     // ngspice in batch mode answers 1 when a deck has no .print, which
     // these write their results without: the file tells.
@@ -101,44 +71,34 @@ protected:
     plotvane::DdrEye m_eye;
 };
 
-Wave Column(const std::vector<std::vector<double>>& rows, std::size_t c)
-{
-    Wave w;
-    for (const auto& r : rows)
-    {
-        w.t.push_back(r[c * 2]);
-        w.v.push_back(r[c * 2 + 1]);
-    }
-    return w;
-}
-
-double At(const Wave& w, double t)
+double At(const plotvane::CsvSeries& w, double t)
 {
     std::size_t i = 1;
-    while (i + 1 < w.t.size() && w.t[i] < t)
+    while (i + 1 < w.x.size() && w.x[i] < t)
         ++i;
-    const double f = (t - w.t[i - 1]) / (w.t[i] - w.t[i - 1]);
-    return w.v[i - 1] + (w.v[i] - w.v[i - 1]) * f;
+    const double f = (t - w.x[i - 1]) / (w.x[i] - w.x[i - 1]);
+    return w.y[i - 1] + (w.y[i] - w.y[i - 1]) * f;
 }
 
 // Folding by hand: the whole periods from skip on, the first and the last
 // left out; each run from 0 to the period, its ends interpolated.
-void HandFold(const Wave& w, double P, double skip, std::vector<double>& x, std::vector<double>& y)
+void HandFold(const plotvane::CsvSeries& w, double P, double skip, std::vector<double>& x,
+              std::vector<double>& y)
 {
-    const int n = int(std::floor((w.t.back() - skip) / P));
+    const int n = int(std::floor((w.x.back() - skip) / P));
     for (int k = 1; k + 1 < n; ++k)
     {
         const double t0 = skip + k * P;
         x.push_back(0.0);
         y.push_back(At(w, t0));
         double last = 0.0;
-        for (std::size_t i = 0; i < w.t.size(); ++i)
+        for (std::size_t i = 0; i < w.x.size(); ++i)
         {
-            const double dt = w.t[i] - t0;
+            const double dt = w.x[i] - t0;
             if (dt > last && dt < P)
             {
                 x.push_back(dt);
-                y.push_back(w.v[i]);
+                y.push_back(w.y[i]);
                 last = dt;
             }
         }
@@ -181,20 +141,13 @@ std::string DdrNetlist()
     return n.str();
 }
 
-std::string Stderr(const Result& r)
-{
-    return "status " + std::to_string(r.status) + ": " + r.err;
-}
-
 } // namespace
 
 TEST_F(MeasureProgram, UnitMistakesStopWithTheirMessage)
 {
-    const double P = 1.25e-9;
-    WriteEye(Path("dq_ns.csv"), *m_eye.pDQ, [](double x) { return x * 1e9; });
-    WriteEye(Path("dq_mv.csv"), *m_eye.pDQ, [](double x) { return x; },
-             [](double y) { return y * 1000.0; });
-    WriteUnfolded(Path("dq_time.csv"), *m_eye.pDQ, P);
+    WriteEye("dq_ns.csv", *m_eye.pDQ, 1e9);
+    WriteEye("dq_mv.csv", *m_eye.pDQ, 1.0, 1000.0);
+    WriteEye("dq_time.csv", *m_eye.pDQ, 1.0, 1.0, 0.0, 1.25e-9);
     struct Case
     {
         std::string args;
@@ -213,15 +166,31 @@ TEST_F(MeasureProgram, UnitMistakesStopWithTheirMessage)
         {"--fold", "dq.csv", "leave out --fold for a folded eye"},
         {"--setup-ps 800 --hold-ps 800", "dq.csv",
          "--setup-ps and --hold-ps ask for 1.6 ns, more than the period of 1.25 ns"},
+        {"", "none.csv", "none.csv"},
     };
     for (const Case& c : cases)
     {
         // --period given twice: the last one counts.
         const Result r = Measure(c.args, c.dq);
         EXPECT_EQ(r.status, 1) << c.args << " " << c.dq;
-        EXPECT_NE(r.err.find(c.message), std::string::npos) << Stderr(r);
+        EXPECT_NE(r.err.find(c.message), std::string::npos) << r.err;
         EXPECT_TRUE(r.out.empty());
     }
+}
+
+TEST_F(MeasureProgram, MarginsAreTheApisOnTheSameEye)
+{
+    const Result r = Measure("--vref 0.6 --setup-ps 120 --hold-ps 80");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_TRUE(Written("plotvane-eye.png"));
+    EXPECT_EQ(JsonString(r.out, "mode"), "measure");
+    m_eye.pDQ->SetEyeInformation(0.6, 120, 80, 0.1, 0.1, 0);
+    double dSetup = 0, dHold = 0, dSH = 0, dHH = 0, dVref = 0, dWindow = 0, dSpread = 0;
+    m_eye.pDQ->CheckSetupHoldMargin(m_eye.pDQS.get(), m_eye.pDQSBar.get(), dSetup, dHold, dSH,
+                                    dHH, dVref, dWindow, dSpread, 0.0, 0, 0);
+    EXPECT_NEAR(JsonNumber(r.out, "setup_margin_ps"), dSetup * 1e12, 1e-3);
+    EXPECT_NEAR(JsonNumber(r.out, "hold_margin_ps"), dHold * 1e12, 1e-3);
+    EXPECT_NEAR(JsonNumber(r.out, "overlay_hold_margin_ps"), dHold * 1e12, 1.0);
 }
 
 TEST_F(MeasureProgram, VerdictsAreTrueAndUnmeasuredIsNull)
@@ -240,8 +209,7 @@ TEST_F(MeasureProgram, VerdictsAreTrueAndUnmeasuredIsNull)
 
     // A flat data line and a reference above the signal measure nothing:
     // null, with a warning, never 0.
-    std::vector<double> x = {0.0, 0.5e-9, 1.25e-9}, y = {0.6, 0.6, 0.6};
-    WriteCsv(Path("flat.csv"), x, y);
+    WriteCsv("flat.csv", {0.0, 0.5e-9, 1.25e-9}, {0.6, 0.6, 0.6});
     for (const auto& [args, dq, warning] :
          {std::tuple<std::string, const char*, const char*>{"--report-csv rows.csv", "flat.csv",
                                                             "it has no edge to measure"},
@@ -256,10 +224,9 @@ TEST_F(MeasureProgram, VerdictsAreTrueAndUnmeasuredIsNull)
     }
 
     // Signals centred on 0 V take a negative reference.
-    WriteEye(Path("dq0.csv"), *m_eye.pDQ, [](double t) { return t; }, [](double v) { return v - 0.6; });
-    WriteEye(Path("dqs.csv"), *m_eye.pDQS, [](double t) { return t; }, [](double v) { return v - 0.6; });
-    WriteEye(Path("dqsb.csv"), *m_eye.pDQSBar, [](double t) { return t; },
-             [](double v) { return v - 0.6; });
+    WriteEye("dq0.csv", *m_eye.pDQ, 1.0, 1.0, 0.6);
+    WriteEye("dqs.csv", *m_eye.pDQS, 1.0, 1.0, 0.6);
+    WriteEye("dqsb.csv", *m_eye.pDQSBar, 1.0, 1.0, 0.6);
     r = Measure("--vref=-50mV --report-csv rows.csv", "dq0.csv");
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_DOUBLE_EQ(JsonNumber(r.out, "vref_mv"), -50.0);
@@ -292,9 +259,7 @@ TEST(SetupHoldMargins, ViolationKeepsItsDepth)
     p.nPeriods = 8;
     const plotvane::DdrEye eye = plotvane::GenerateDdrEye(p);
     eye.pDQ->SetEyeInformation(0.6, 320, 320, 0.1, 0.1, 0);
-    double a[7], b[7], c[7];
-    for (double* o : {a, b, c})
-        std::fill(o, o + 7, 0.0);
+    double a[7] = {}, b[7] = {}, c[7] = {};
     eye.pDQ->CheckSetupHoldMargin(eye.pDQS.get(), eye.pDQSBar.get(), a[0], a[1], a[2], a[3], a[4],
                                   a[5], a[6], 0.0, 0, 0);
     eye.pDQ->CheckSetupHoldMargin(eye.pDQS.get(), eye.pDQSBar.get(), b[0], b[1], b[2], b[3], b[4],
@@ -322,24 +287,18 @@ TEST_F(MeasureProgram, NgspiceTransientFoldsAsByHand)
     ASSERT_EQ(folded.status, 0) << folded.err;
     EXPECT_EQ(JsonString(folded.out, "dq"), "EYE_v(dq_rx)");
 
-    std::vector<std::vector<double>> rows;
-    std::istringstream text(Slurp(Path("sim.txt")));
-    for (std::string line; std::getline(text, line);)
-    {
-        std::istringstream ls(line);
-        std::vector<double> row;
-        for (double d; ls >> d;)
-            row.push_back(d);
-        if (row.size() == 6)
-            rows.push_back(row);
-    }
-    ASSERT_GT(rows.size(), 1000u);
+    // wrdata's text: time and value of each signal in turn.
+    plotvane::CsvReadOptions pairs;
+    pairs.bColumnPairs = true;
+    const plotvane::CsvTable text = plotvane::ReadCsvFile(Path("sim.txt"), pairs);
+    ASSERT_EQ(text.series.size(), 3u);
+    ASSERT_GT(text.series[0].x.size(), 1000u);
     const char* names[3] = {"hand_dq.csv", "hand_dqs.csv", "hand_dqsn.csv"};
     for (std::size_t c = 0; c < 3; ++c)
     {
         std::vector<double> x, y;
-        HandFold(Column(rows, c), 1.25e-9, 2.5e-9, x, y);
-        WriteCsv(Path(names[c]), x, y);
+        HandFold(text.series[c], 1.25e-9, 2.5e-9, x, y);
+        WriteCsv(names[c], x, y);
     }
     const Result hand = Run("--measure --period 1.25n --dq hand_dq.csv --dqs hand_dqs.csv "
                             "--dqs-bar hand_dqsn.csv -o hand-eye.png");
@@ -356,11 +315,7 @@ TEST_F(MeasureProgram, NgspiceTransientFoldsAsByHand)
     EXPECT_NEAR(JsonNumber(folded.out, "hold_margin_ps"), 200.0, 15.0);
     EXPECT_EQ(JsonString(folded.out, "pass"), "true");
 
-    // Without --fold the same transient is refused as an eye.
-    const Result unfolded = Run("--measure --period 1.25n --dq 'sim.raw:v(dq_rx)' "
-                                "--dqs 'sim.raw:v(dqs_rx)'");
-    EXPECT_EQ(unfolded.status, 1);
-    EXPECT_NE(unfolded.err.find("give --fold"), std::string::npos) << unfolded.err;
+    // A signal the file lacks is named with those it has.
     const Result unknown = Run("--measure --fold --period 1.25n --dq 'sim.raw:v(dq)' "
                                "--dqs 'sim.raw:v(dqs_rx)'");
     EXPECT_NE(unknown.err.find("has no signal 'v(dq)'; it has: v(dq_rx), v(dqs_rx), v(dqsn_rx)"),

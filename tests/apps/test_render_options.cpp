@@ -27,6 +27,22 @@ Parsed Parse(std::initializer_list<const char*> args)
     p.result = ParseOptions(int(argv.size()), argv.data(), p.options, p.error);
     return p;
 }
+
+struct BadCase
+{
+    std::initializer_list<const char*> args;
+    const char* error;
+};
+
+template <std::size_t N> void ExpectErrors(const BadCase (&cases)[N])
+{
+    for (const BadCase& c : cases)
+    {
+        const Parsed p = Parse(c.args);
+        EXPECT_EQ(p.result, ParseResult::Error);
+        EXPECT_EQ(p.error, c.error);
+    }
+}
 } // namespace
 
 TEST(RenderOptions, EveryOption)
@@ -63,12 +79,7 @@ TEST(RenderOptions, EveryOption)
 
 TEST(RenderOptions, BadValues)
 {
-    struct Case
-    {
-        std::initializer_list<const char*> args;
-        const char* error;
-    };
-    const Case cases[] = {
+    ExpectErrors({
         {{"a.csv"}, "no output file: give -o FILE.png"},
         {{"-o", "x.png"}, "no input: give one or more data files, or --chart FILE"},
         {{"-o"}, "option '-o' needs a value"},
@@ -81,13 +92,7 @@ TEST(RenderOptions, BadValues)
          "bad value '0' for --font-size: expected a whole number from 4 to 200"},
         {{"-o", "x", "a", "--size", "800"},
          "bad value '800' for --size: expected WxH, each from 16 to 16384"},
-    };
-    for (const Case& c : cases)
-    {
-        Parsed p = Parse(c.args);
-        EXPECT_EQ(p.result, ParseResult::Error);
-        EXPECT_EQ(p.error, c.error);
-    }
+    });
     int w = 1, h = 1;
     for (const char* bad : {"x", "800x", "x600", "8x600", "800x99999", "-800x600", "800x600x2",
                             "800.5x600", " 800x600"})
@@ -117,12 +122,11 @@ TEST(RenderOptions, EyeQuantitiesTakePrefixesAndUnits)
     EXPECT_EQ(o.dqFile, "sim.raw:v(dq)");
     EXPECT_EQ(o.reportCsv, "r.csv");
 
-    struct Case
-    {
-        std::initializer_list<const char*> args;
-        const char* error;
-    };
-    const Case cases[] = {
+    ExpectErrors({
+        {{"--measure", "--dqs", "b", "--period", "1n"},
+         "--measure needs --dq FILE: the data eye (FILE or FILE:SIGNAL)"},
+        {{"--measure", "--dq", "a", "--dqs", "b"},
+         "--measure needs --period SECONDS: the fold period of the eyes"},
         {{"--measure", "--dq", "a", "--dqs", "b", "--period", "1.25x"},
          "bad value '1.25x' for --period: 'x' is neither an SI prefix nor 's'; expected a "
          "number above 0 such as 1.25n, 1.25ns or 1.25e-9"},
@@ -141,11 +145,5 @@ TEST(RenderOptions, EyeQuantitiesTakePrefixesAndUnits)
          "--report-csv needs --measure or --demo ddr-write|ddr-read"},
         {{"--demo", "tdr", "--report-csv", "r.csv"},
          "--report-csv needs --measure or --demo ddr-write|ddr-read"},
-    };
-    for (const Case& c : cases)
-    {
-        Parsed bad = Parse(c.args);
-        EXPECT_EQ(bad.result, ParseResult::Error);
-        EXPECT_EQ(bad.error, c.error);
-    }
+    });
 }

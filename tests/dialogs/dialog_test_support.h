@@ -2,12 +2,12 @@
 // private data directory for "Chart.uis", and typing into a control.
 #pragma once
 
+#include "common/scoped_data_dir.h"
 #include <plotvane/platform/headless/HeadlessBackend.h>
 #include <plotvane/plotvane.h>
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -51,33 +51,10 @@ inline bool IsEnabled(const CDialog& dlg, int nID)
 }
 
 // "Chart.uis" goes to a directory of the test's own while the object lives.
-class PrivateDataDir
+class PrivateDataDir : public ScopedDataDir
 {
 public:
-    PrivateDataDir()
-    {
-        char tmpl[] = "/tmp/plotvane-dlg-XXXXXX";
-        m_dir = ::mkdtemp(tmpl) != nullptr ? tmpl : "";
-        if (const char* old = std::getenv("PLOTVANE_DATA_DIR"))
-            m_old = old, m_hadOld = true;
-        ::setenv("PLOTVANE_DATA_DIR", m_dir.c_str(), 1);
-    }
-    PrivateDataDir(const PrivateDataDir&) = delete;
-    PrivateDataDir& operator=(const PrivateDataDir&) = delete;
-    ~PrivateDataDir()
-    {
-        if (m_hadOld)
-            ::setenv("PLOTVANE_DATA_DIR", m_old.c_str(), 1);
-        else
-            ::unsetenv("PLOTVANE_DATA_DIR");
-        std::filesystem::remove_all(m_dir);
-    }
-    std::string File() const { return m_dir + "/Chart.uis"; }
-
-private:
-    std::string m_dir;
-    std::string m_old;
-    bool m_hadOld = false;
+    std::string File() const { return Path() + "/Chart.uis"; }
 };
 
 class DataDirTest : public ::testing::Test

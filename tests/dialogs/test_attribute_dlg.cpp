@@ -3,6 +3,8 @@
 
 #include <plotvane/dialogs/Plotvane_Attribute_Dlg.h>
 
+#include <utility>
+
 using plotvane_test::IsEnabled;
 using plotvane_test::TakeMessages;
 using plotvane_test::TextOf;
@@ -33,21 +35,16 @@ protected:
 
 } // namespace
 
-TEST_F(AttributeDialog, LoadsTheAttributeAndItsRangeMode)
+TEST_F(AttributeDialog, LoadsTheAttributeAndRadiosSwitchTheRangeMode)
 {
-    EXPECT_EQ(TextOf(Dlg(), 11035), CString("Time"));
-    EXPECT_EQ(TextOf(Dlg(), 11036), CString("Voltage"));
-    EXPECT_EQ(TextOf(Dlg(), 11031), CString("-1"));
-    EXPECT_EQ(TextOf(Dlg(), 11032), CString("4.5"));
-    EXPECT_EQ(TextOf(Dlg(), 21020), CString("1"));
+    for (const auto& [id, text] : {std::pair{11035, "Time"}, {11036, "Voltage"}, {11031, "-1"},
+                                   {11032, "4.5"}, {21020, "1"}})
+        EXPECT_EQ(TextOf(Dlg(), id), CString(text)) << id;
     EXPECT_EQ(Dlg().m_rdoRange[2].GetCheck(), BST_CHECKED);
     EXPECT_EQ(Dlg().m_rdoRange[0].GetCheck(), BST_UNCHECKED);
     for (int id : {11031, 11032, 11033, 11034})
         EXPECT_TRUE(IsEnabled(Dlg(), id)) << id;
-}
 
-TEST_F(AttributeDialog, RangeRadiosSwitchModeAndRangeEdits)
-{
     Dlg().m_rdoRange[0].UserClicked(); // "Default"
     EXPECT_EQ(Attr().m_nRangeMode, 0);
     EXPECT_EQ(Dlg().m_rdoRange[2].GetCheck(), BST_UNCHECKED);

@@ -9,27 +9,25 @@
 namespace
 {
 
-// A headless chart of the given size with the dialog initialised.
-struct Chart
+// A headless chart of 1000 x 500 pixels with the dialog initialised.
+class ChartDialog : public ::testing::Test
 {
-    explicit Chart(int w = 1000, int h = 500)
+protected:
+    void SetUp() override
     {
-        ok = plotvane::CreateHeadlessChart(m, w, h);
+        PLOTVANE_REQUIRE_GL();
+        ASSERT_TRUE(plotvane::CreateHeadlessChart(m, 1000, 500));
     }
     CPlotvane_Dlg& Dlg() { return m.m_ChartDlg; }
     CGLChartView& View() { return *m.m_ChartDlg.GetGLChartView(); }
     CPlotvane_Manager m;
-    bool ok = false;
 };
 
 } // namespace
 
-TEST(ChartDialog, StatusBarPanesAndTexts)
+TEST_F(ChartDialog, StatusBarPanesTextsAndLayout)
 {
-    PLOTVANE_REQUIRE_GL();
-    Chart c;
-    ASSERT_TRUE(c.ok);
-    const CStatusBar& bar = c.Dlg().m_wndStatusBar;
+    CStatusBar& bar = Dlg().m_wndStatusBar;
     ASSERT_EQ(bar.GetCount(), 3);
     const auto& p = bar.GetPanes();
     EXPECT_EQ(p[0].id, 0u);
@@ -41,37 +39,28 @@ TEST(ChartDialog, StatusBarPanesAndTexts)
     EXPECT_EQ(p[2].width, 440);
     EXPECT_EQ(p[2].style, SBPS_STRETCH);
     CRect rc;
-    c.Dlg().m_wndStatusBar.GetWindowRect(&rc);
+    bar.GetWindowRect(&rc);
     EXPECT_EQ(rc.Height(), 20);
 
-    c.Dlg().DisplayCurrentCoordInfo("X: 1 ns");
-    c.Dlg().DisplayCurrentCoordInfo("");
-    c.Dlg().DisplayDistanceInfo("dX: 2 ns");
-    c.Dlg().DisplayDistanceInfo("");
+    Dlg().DisplayCurrentCoordInfo("X: 1 ns");
+    Dlg().DisplayCurrentCoordInfo("");
+    Dlg().DisplayDistanceInfo("dX: 2 ns");
+    Dlg().DisplayDistanceInfo("");
     EXPECT_EQ(bar.GetPaneText(1), CString("X: 1 ns"));
     EXPECT_EQ(bar.GetPaneText(2), CString("dX: 2 ns"));
+
+    // Resized, the view leaves the bar its height; the panes keep their widths.
+    Dlg().MoveWindow(0, 0, 600, 400);
+    View().GetClientRect(&rc);
+    EXPECT_EQ(rc.Width(), 600);
+    EXPECT_EQ(rc.Height(), 380);
+    bar.GetClientRect(&rc);
+    EXPECT_EQ(rc.Width(), 600);
+    EXPECT_EQ(bar.GetPanes()[1].width, 550);
 }
 
-TEST(ChartDialog, LayoutLeavesTheStatusBarFreeAndKeepsPaneWidths)
+TEST_F(ChartDialog, ContextMenuOnlyForAClickOnTheView)
 {
-    PLOTVANE_REQUIRE_GL();
-    Chart c;
-    ASSERT_TRUE(c.ok);
-    c.Dlg().MoveWindow(0, 0, 600, 400);
-    CRect view, bar;
-    c.View().GetClientRect(&view);
-    EXPECT_EQ(view.Width(), 600);
-    EXPECT_EQ(view.Height(), 380);
-    c.Dlg().m_wndStatusBar.GetClientRect(&bar);
-    EXPECT_EQ(bar.Width(), 600);
-    EXPECT_EQ(c.Dlg().m_wndStatusBar.GetPanes()[1].width, 550);
-}
-
-TEST(ChartDialog, ContextMenuOnlyForAClickOnTheView)
-{
-    PLOTVANE_REQUIRE_GL();
-    Chart c;
-    ASSERT_TRUE(c.ok);
     int shown = 0;
     plotvane::SetPopupMenuWatcher([&](const CMenu& menu, CPoint, CWnd*) {
         ++shown;
@@ -80,7 +69,7 @@ TEST(ChartDialog, ContextMenuOnlyForAClickOnTheView)
         EXPECT_EQ(menu.GetMenuString(1), CString("Zoom All\tAlt+1"));
         return UINT(0);
     });
-    CGLChartView& v = c.View();
+    CGLChartView& v = View();
     v.SendMessage(WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(100, 100));
     v.SendMessage(WM_RBUTTONUP, 0, MAKELPARAM(100, 100));
     EXPECT_EQ(shown, 1);
@@ -91,12 +80,12 @@ TEST(ChartDialog, ContextMenuOnlyForAClickOnTheView)
     EXPECT_EQ(shown, 1);
 
     // From another child window: nothing.
-    c.Dlg().OnContextMenu(&c.Dlg().m_wndStatusBar, CPoint(5, 5));
+    Dlg().OnContextMenu(&Dlg().m_wndStatusBar, CPoint(5, 5));
     EXPECT_EQ(shown, 1);
     plotvane::SetPopupMenuWatcher(nullptr);
 }
 
-TEST(ChartDialog, ForwardersAnswerDefaultsWithoutAView)
+TEST(ChartDialogWithoutView, ForwardersAnswerDefaults)
 {
     CPlotvane_Dlg dlg;
     CGLChartView* view = dlg.m_pGLChartView;
@@ -118,27 +107,24 @@ TEST(ChartDialog, ForwardersAnswerDefaultsWithoutAView)
     delete view;
 }
 
-TEST(ChartDialog, EnvironmentGivesAxisGridAndLabelsOneColour)
+TEST_F(ChartDialog, EnvironmentGivesAxisGridAndLabelsOneColour)
 {
-    PLOTVANE_REQUIRE_GL();
-    Chart c;
-    ASSERT_TRUE(c.ok);
     CGLPlotvane_Environment env;
     env.SetCurColorIndex(1);
     env.SetGridLine(1);
     env.SetLineWidth(3);
     env.SetHighlightedLineWidth(4);
-    c.m.SetChartEnvironment(&env);
+    m.SetChartEnvironment(&env);
     const DWORD label = env.GetLabelColor();
-    EXPECT_EQ(c.Dlg().GetAxisColor(), label);
-    EXPECT_EQ(c.Dlg().GetGridColor(), label);
-    EXPECT_EQ(c.Dlg().GetLabelColor(), label);
-    EXPECT_EQ(c.Dlg().GetBackgroundColor(), DWORD(env.GetBackgroundColor()));
-    EXPECT_EQ(c.Dlg().GetGridMode(), 1);
-    EXPECT_EQ(c.Dlg().GetHighlightedLineWidth(), 4.0);
+    EXPECT_EQ(Dlg().GetAxisColor(), label);
+    EXPECT_EQ(Dlg().GetGridColor(), label);
+    EXPECT_EQ(Dlg().GetLabelColor(), label);
+    EXPECT_EQ(Dlg().GetBackgroundColor(), DWORD(env.GetBackgroundColor()));
+    EXPECT_EQ(Dlg().GetGridMode(), 1);
+    EXPECT_EQ(Dlg().GetHighlightedLineWidth(), 4.0);
 }
 
-TEST(ChartDialog, LeanDialogMakesItsViewWithoutReportingToIt)
+TEST(LeanChartDialog, MakesItsViewWithoutReportingToIt)
 {
     PLOTVANE_REQUIRE_GL();
     CPlotvane_InputData data;

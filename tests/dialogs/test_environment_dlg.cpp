@@ -184,35 +184,25 @@ TEST_F(EnvironmentDialog, ColorSetGridLayout)
     EXPECT_EQ(list.GetCallbackMask(), 3u);
     EXPECT_EQ(list.GetHeader().GetItemFormat(3), LVCFMT_CENTER);
 
-    CGLPlotvane_Environment_Colorset_Dlg one;
-    CDWordArray b = Colors({10});
-    one.m_pColorSet = &b;
-    ASSERT_TRUE(one.Create(CGLPlotvane_Environment_Colorset_Dlg::IDD));
-    EXPECT_EQ(one.m_ctrlColorList.GetItemCount(), 0);
-
-    CGLPlotvane_Environment_Colorset_Dlg none;
-    ASSERT_TRUE(none.Create(CGLPlotvane_Environment_Colorset_Dlg::IDD));
-    EXPECT_EQ(none.m_ctrlColorList.GetItemCount(), 0);
+    // A lone background colour, or no set at all, makes no rows.
+    CDWordArray one = Colors({10});
+    for (CDWordArray* pSet : {&one, static_cast<CDWordArray*>(nullptr)})
+    {
+        CGLPlotvane_Environment_Colorset_Dlg dlg;
+        dlg.m_pColorSet = pSet;
+        ASSERT_TRUE(dlg.Create(CGLPlotvane_Environment_Colorset_Dlg::IDD));
+        EXPECT_EQ(dlg.m_ctrlColorList.GetItemCount(), 0);
+    }
 }
 
-// OK reads the grid row by row, so the two halves of the curve colours come
-// back interleaved.
-TEST_F(EnvironmentDialog, ColorSetOKInterleavesTheHalves)
-{
-    CDWordArray set = Colors({0, 1, 2, 3, 4, 5, 6, 7});
-    CGLPlotvane_Environment_Colorset_Dlg dlg;
-    dlg.m_pColorSet = &set;
-    ASSERT_TRUE(dlg.Create(CGLPlotvane_Environment_Colorset_Dlg::IDD));
-    dlg.OnOK();
-    EXPECT_EQ(std::vector<DWORD>(set.GetData(), set.GetData() + set.GetSize()),
-              (std::vector<DWORD>{0, 1, 2, 5, 3, 6, 4, 7}));
-}
-
-TEST_F(EnvironmentDialog, ColorCellClicksChooseAColour)
+// A click on a colour cell asks the chooser; OK reads the grid row by row,
+// so the two halves of the curve colours come back interleaved, the
+// shorter second half leaving its last cell empty.
+TEST_F(EnvironmentDialog, ColorCellClicksChooseAndOKReadsRowByRow)
 {
     ChoosingBackend backend;
     plotvane::BackendScope scope(backend);
-    CDWordArray set = Colors({0, 1, 2, 3, 4});
+    CDWordArray set = Colors({0, 1, 2, 3, 4, 5, 6});
     CGLPlotvane_Environment_Colorset_Dlg dlg;
     dlg.m_pColorSet = &set;
     ASSERT_TRUE(dlg.Create(CGLPlotvane_Environment_Colorset_Dlg::IDD));
@@ -223,7 +213,8 @@ TEST_F(EnvironmentDialog, ColorCellClicksChooseAColour)
     list.UserClickedCell(1, 3);
     EXPECT_EQ(list.GetItemColor(1, 3), RGB(1, 2, 3));
     dlg.OnOK();
-    EXPECT_EQ(set.GetAt(3), RGB(1, 2, 3));
+    EXPECT_EQ(std::vector<DWORD>(set.GetData(), set.GetData() + set.GetSize()),
+              (std::vector<DWORD>{0, 1, 2, RGB(1, 2, 3), 3, 6, 4}));
 
     dlg.m_bReadOnly = 1;
     list.UserClickedCell(0, 1);

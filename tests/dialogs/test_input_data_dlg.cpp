@@ -4,8 +4,10 @@
 
 #include <plotvane/dialogs/Plotvane_InputData_Dlg.h>
 
+#include <functional>
 #include <set>
 
+using plotvane_test::IsEnabled;
 using plotvane_test::TakeMessages;
 using plotvane_test::TextOf;
 using plotvane_test::Type;
@@ -39,22 +41,18 @@ protected:
     // has always had it; the test frees those it saw before a deletion.
     void TearDown() override
     {
-        for (int set = 0; set < int(Data().GetDataSetSize()); ++set)
-        {
-            const CChartPointDArray& a = *Data().GetChartPointDArray(set);
-            for (INT_PTR i = 0; i < a.GetSize(); ++i)
-                m_seen.erase(a.GetAt(i));
-        }
+        ForEachPoint([this](CChartPointD* p) { m_seen.erase(p); });
         for (CChartPointD* p : m_seen)
             delete p;
     }
-    void TrackPoints()
+    void TrackPoints() { ForEachPoint([this](CChartPointD* p) { m_seen.insert(p); }); }
+    void ForEachPoint(const std::function<void(CChartPointD*)>& f)
     {
         for (int set = 0; set < int(Data().GetDataSetSize()); ++set)
         {
             const CChartPointDArray& a = *Data().GetChartPointDArray(set);
             for (INT_PTR i = 0; i < a.GetSize(); ++i)
-                m_seen.insert(a.GetAt(i));
+                f(a.GetAt(i));
         }
     }
     CPlotvane_InputData& Data() { return m.m_InputData; }
@@ -105,12 +103,12 @@ TEST_F(DataDialog, OpensWithSetsListedAndPointEditingDisabled)
     EXPECT_EQ(Points().GetExtendedStyle(), 33u);
     EXPECT_EQ(Points().GetHeader().GetItemText(1), CString("Y"));
     EXPECT_EQ(Sets().GetColumnWidth(0), 160);
-    for (int id : {11001, 11002, 11003, 11015, 11016, 11029, 21016})
-        EXPECT_FALSE(plotvane_test::IsEnabled(Dlg(), id)) << id;
-
+    const int editing[] = {11001, 11002, 11003, 11015, 11016, 11029, 21016};
+    for (int id : editing)
+        EXPECT_FALSE(IsEnabled(Dlg(), id)) << id;
     EditSet(0);
-    for (int id : {11001, 11002, 11003, 11015, 11016, 11029, 21016})
-        EXPECT_TRUE(plotvane_test::IsEnabled(Dlg(), id)) << id;
+    for (int id : editing)
+        EXPECT_TRUE(IsEnabled(Dlg(), id)) << id;
     EXPECT_EQ(TextOf(Dlg(), 21016), CString("A"));
     ASSERT_EQ(Points().GetItemCount(), 3);
     EXPECT_EQ(Points().GetItemText(2, 1), CString("30.00000"));
@@ -229,12 +227,12 @@ TEST_F(DataDialog, ModifyAndDeleteTheSelectedRows)
     Points().UserSelected({0, 2}, 2);
     Dlg().OnBtnTlcMainDelete();
     EXPECT_EQ(Xs(0), (std::vector<double>{2}));
-    EXPECT_TRUE(plotvane_test::IsEnabled(Dlg(), 11015));
+    EXPECT_TRUE(IsEnabled(Dlg(), 11015));
     Points().UserSelected({0}, 0);
     Dlg().OnBtnTlcMainDelete();
     EXPECT_EQ(Data().GetDataSize(0), 0);
     for (int id : {11015, 11016, 11029})
-        EXPECT_FALSE(plotvane_test::IsEnabled(Dlg(), id)) << id;
+        EXPECT_FALSE(IsEnabled(Dlg(), id)) << id;
 }
 
 // The Delete key goes to the handler from any control, with nothing
@@ -247,7 +245,7 @@ TEST_F(DataDialog, DeleteKeyFromAnEditRunsDelete)
     msg.message = WM_KEYDOWN;
     msg.wParam = VK_DELETE;
     EXPECT_FALSE(plotvane::DispatchWindowMessage(msg));
-    EXPECT_FALSE(plotvane_test::IsEnabled(Dlg(), 11016));
+    EXPECT_FALSE(IsEnabled(Dlg(), 11016));
     EXPECT_EQ(Data().GetDataSize(0), 3);
 }
 

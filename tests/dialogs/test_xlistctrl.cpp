@@ -3,6 +3,8 @@
 
 #include <plotvane/dialogs/ExXListCtrl.h>
 
+#include <utility>
+
 namespace
 {
 
@@ -11,7 +13,6 @@ struct Note
     UINT code;
     int item;
     int subItem;
-    UINT oldState;
     UINT newState;
     CString text;
 };
@@ -25,31 +26,18 @@ public:
         if (message != WM_NOTIFY)
             return CWnd::WindowProc(message, wParam, lParam);
         const auto* hdr = reinterpret_cast<const NMHDR*>(lParam);
-        Note n{hdr->code, -1, 0, 0, 0, {}};
-        if (hdr->code == LVN_ENDLABELEDIT)
-        {
-            const auto* e = reinterpret_cast<const NMXLISTEDIT*>(lParam);
-            n.item = e->iItem;
-            n.subItem = e->iSubItem;
-            n.text = e->strText;
-        }
-        else
-        {
-            const auto* lv = reinterpret_cast<const NMLISTVIEW*>(lParam);
-            n = Note{hdr->code, lv->iItem, lv->iSubItem, lv->uOldState, lv->uNewState, {}};
-        }
+        const auto* e = reinterpret_cast<const NMXLISTEDIT*>(lParam);
+        const auto* lv = reinterpret_cast<const NMLISTVIEW*>(lParam);
+        const Note n = hdr->code == LVN_ENDLABELEDIT
+                           ? Note{hdr->code, e->iItem, e->iSubItem, 0, e->strText}
+                           : Note{hdr->code, lv->iItem, lv->iSubItem, lv->uNewState, {}};
         notes.push_back(n);
         // A check's notification sees the new state.
         if (hdr->code == NM_CLICK && pList != nullptr)
             checkAtClick = pList->GetCheck(n.item);
         return 0;
     }
-    std::vector<Note> Take()
-    {
-        std::vector<Note> out;
-        out.swap(notes);
-        return out;
-    }
+    std::vector<Note> Take() { return std::exchange(notes, {}); }
     std::vector<Note> notes;
     CXListCtrl* pList = nullptr;
     BOOL checkAtClick = -1;

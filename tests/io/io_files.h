@@ -8,6 +8,7 @@
 #include <functional>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace plotvane_test
 {
@@ -20,9 +21,8 @@ inline std::string IoDataPath(const std::string& name)
 
 inline std::string ReadBytes(const std::string& path)
 {
-    std::ifstream in(path, std::ios::binary);
     std::stringstream ss;
-    ss << in.rdbuf();
+    ss << std::ifstream(path, std::ios::binary).rdbuf();
     return ss.str();
 }
 
@@ -31,18 +31,26 @@ inline void WriteBytes(const std::string& path, const std::string& bytes)
     std::ofstream(path, std::ios::binary) << bytes;
 }
 
-// The message of the ReadError that f raises; empty if none.
-inline std::string ReadErrorOf(const std::function<void()>& f)
+// The message of the E that f raises; empty if none.
+template <class E = plotvane::io::ReadError> std::string ReadErrorOf(const std::function<void()>& f)
 {
     try
     {
         f();
     }
-    catch (const plotvane::io::ReadError& e)
+    catch (const E& e)
     {
         return e.what();
     }
     return std::string();
+}
+
+inline std::vector<std::string> VectorNames(const plotvane::io::Plot& plot)
+{
+    std::vector<std::string> names;
+    for (const auto& v : plot.vectors)
+        names.push_back(v.name);
+    return names;
 }
 
 } // namespace plotvane_test

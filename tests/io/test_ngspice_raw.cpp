@@ -110,11 +110,10 @@ protected:
     static void SetUpTestSuite()
     {
         s_dir = "/tmp/plotvane_ngspice_" + std::to_string(getpid());
-        const std::string cmd = "mkdir -p " + s_dir + " && cd " + s_dir +
-                                " && ngspice -b check.cir > ngspice.log 2>&1";
         std::system(("mkdir -p " + s_dir).c_str());
         plotvane_test::WriteBytes(s_dir + "/check.cir", kNetlist);
-        s_status = std::system(cmd.c_str());
+        const std::string run = "cd " + s_dir + " && ngspice -b check.cir > ngspice.log 2>&1";
+        s_status = std::system(run.c_str());
     }
     static void TearDownTestSuite() { std::system(("rm -rf " + s_dir).c_str()); }
     void SetUp() override

@@ -14,12 +14,14 @@
 class LevelOverlayTest : public OverlayFixture
 {
 protected:
-    void SetUp() override
+    void SetUpChart() override
     {
-        OverlayFixture::SetUp();
-        if (!HasFatalFailure() && !IsSkipped())
-            view->SetTextHook([this](const plotvane::ChartText& t)
-                              { if (t.layer == plotvane::ChartTextLayer::Overlay) texts.push_back(t); });
+        view->SetTextHook(
+            [this](const plotvane::ChartText& t)
+            {
+                if (t.layer == plotvane::ChartTextLayer::Overlay)
+                    texts.push_back(t);
+            });
     }
     // As a host shows a measure: the fitted chart has been on screen once,
     // then a redraw request compiles the list in that view and paints.

@@ -18,5 +18,15 @@ protected:
         if (HasFatalFailure() || IsSkipped())
             return;
         view->SetLabelColor(kLabel);
+        SetUpChart();
+    }
+    // What a fixture sets on the chart once it stands.
+    virtual void SetUpChart() {}
+    CChartPointDArray& Set(int i) { return *m.m_InputData.GetChartPointDArray(i); }
+    // Whether the colour lies within r pixels of a data point.
+    bool ColorAt(COLORREF c, double x, double y, int r = 2)
+    {
+        const CPoint p = ToClient(x, y);
+        return ColorNear(c, p.x, p.y, r);
     }
 };

@@ -50,7 +50,6 @@ protected:
         m.m_dMeasureMargin = dMargin;
         Show();
     }
-    CChartPointDArray& Set(int i) { return *m.m_InputData.GetChartPointDArray(i); }
     int t = -1, c = -1;
 };
 

@@ -1,7 +1,8 @@
 // The eye jitter overlay on real frames: synthetic DDR eyes loaded the way a
 // host loads them, drawn offscreen at 800 x 600, checked by the colours of
-// its boxes and lines where they belong and by the margins it stores.
-#include "overlay_fixture.h"
+// its boxes and lines where they belong, by the margins it stores and by
+// the margin texts it prints.
+#include "level_overlay_fixture.h"
 
 #include <plotvane/measure/EyeGenerator.h>
 
@@ -58,7 +59,7 @@ Margins Measured(const DdrEye& eye, int bVrefFromData)
 }
 } // namespace
 
-class EyeJitter : public OverlayFixture
+class EyeJitter : public LevelOverlayTest
 {
 protected:
     // DQ, DQS and DQS# as a host adds them; answers the DQ's index.
@@ -69,12 +70,6 @@ protected:
         AddSet(*eye.pDQSBar, kGrey);
         return i;
     }
-    void Show()
-    {
-        m.SetChartDrawFit();
-        m.RedrawGLChartView();
-    }
-    CChartPointDArray& Set(int i) { return *m.m_InputData.GetChartPointDArray(i); }
     // Text in the label colour where the margin summary stands.
     int SummaryPixels() { return CountColor(kLabel, SummaryRect()); }
     CRect SummaryRect()
@@ -114,6 +109,8 @@ TEST_F(EyeJitter, WriteEyeBoxesLevelAndMarginsAgreeWithTheMeasurement)
     EXPECT_NEAR(Set(dq).m_dSetupMargin, std::trunc(ref.dSetup / ps), 1.0);
     EXPECT_EQ(Set(dq).m_dHoldMargin, std::trunc(Set(dq).m_dHoldMargin));
     EXPECT_GT(SummaryPixels(), 20);
+    EXPECT_EQ(Number("Setup Margin: "), Set(dq).m_dSetupMargin);
+    EXPECT_EQ(Number("Hold Margin: "), Set(dq).m_dHoldMargin);
 }
 
 TEST_F(EyeJitter, DataInsideTheHoldBoxGivesANegativeMargin)

@@ -30,11 +30,6 @@ protected:
         return size_t(std::count_if(all.begin(), all.end(),
                                     [&](const std::string& t) { return t.rfind(prefix, 0) == 0; }));
     }
-    bool ColorAt(COLORREF c, double x, double y, int r = 2)
-    {
-        const CPoint p = ToClient(x, y);
-        return ColorNear(c, p.x, p.y, r);
-    }
     // A ramp of 0..1 V over 10 ns, well away from the marks probed.
     int LoadRamp()
     {

@@ -38,7 +38,6 @@ protected:
         m.m_dMeasureMargin = dMargin;
         Show();
     }
-    CChartPointDArray& Set(int i) { return *m.m_InputData.GetChartPointDArray(i); }
 };
 
 TEST_F(OverUnderShoot, PeakAndDipMarksStandWhereTheyBelong)

@@ -18,11 +18,8 @@ constexpr COLORREF kBlue = 0xFF0000;
 class OverlayPrimitives : public OverlayFixture
 {
 protected:
-    void SetUp() override
+    void SetUpChart() override
     {
-        OverlayFixture::SetUp();
-        if (IsSkipped() || HasFatalFailure())
-            return;
         CPlotvane_InputData::SetViewScaleX(1.0);
         CPlotvane_InputData::SetViewScaleY(1.0);
         view->m_rcViewArea.SetData(0.0f, 0.0f, float(kWidth), float(kHeight));

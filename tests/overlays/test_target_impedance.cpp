@@ -4,6 +4,7 @@
 #include "overlay_fixture.h"
 
 #include <cmath>
+#include <utility>
 
 namespace
 {
@@ -16,24 +17,13 @@ void AddCorner(CArrayPointD& line, double f, double z)
     CPointD p(f, z);
     line.Add(p);
 }
-
-CChartPointDArray Line(std::initializer_list<std::pair<double, double>> pts)
-{
-    CChartPointDArray a;
-    for (const auto& p : pts)
-        a.Add(new CChartPointD(p.first, p.second));
-    return a;
-}
 } // namespace
 
 class TargetImpedance : public OverlayFixture
 {
 protected:
-    void SetUp() override
+    void SetUpChart() override
     {
-        OverlayFixture::SetUp();
-        if (HasFatalFailure() || IsSkipped())
-            return;
         // The fixture's value texts are yellow, the marked point's colour.
         view->SetLabelColor(kGrey);
         m.m_nFreqDomainMode = 2;
@@ -61,21 +51,15 @@ protected:
     // drawn first and keep their pixels.
     int LoadLinear()
     {
-        const int i = AddSet(Line({{0.0, 0.0}, {100 * MHz, 0.1}}), kGreen);
+        CChartPointDArray a;
+        a.Add(new CChartPointD(0.0, 0.0));
+        a.Add(new CChartPointD(100 * MHz, 0.1));
+        const int i = AddSet(a, kGreen);
         m.SetChartDrawFit();
         return i;
     }
-    bool CyanAt(double x, double y)
-    {
-        const CPoint p = ToClient(x, y);
-        return ColorNear(kCyan, p.x, p.y, 2);
-    }
+    bool CyanAt(double x, double y) { return ColorAt(kCyan, x, y); }
     int AllCyan() { return CountColor(kCyan, CRect(0, 0, kWidth, kHeight)); }
-    // Client pixel of a point on log axes.
-    CPoint LogClient(double x, double y)
-    {
-        return view->ViewPointToClient(CPointF(log10f(float(x)), log10f(float(y))));
-    }
 };
 
 TEST_F(TargetImpedance, StepsJoinedByRisersAndTheMarkedPoint)
@@ -89,8 +73,7 @@ TEST_F(TargetImpedance, StepsJoinedByRisersAndTheMarkedPoint)
     EXPECT_TRUE(CyanAt(40 * MHz, 0.05)); // the riser's middle
     EXPECT_TRUE(CyanAt(75 * MHz, 0.025));
     EXPECT_FALSE(CyanAt(75 * MHz, 0.075));
-    const CPoint p = ToClient(20 * MHz, 0.06);
-    EXPECT_TRUE(ColorNear(kYellow, p.x, p.y, 1));
+    EXPECT_TRUE(ColorAt(kYellow, 20 * MHz, 0.06, 1));
 
     // One step is one horizontal segment.
     AddLimit(i); // a later record serving the same set changes nothing
@@ -110,18 +93,15 @@ TEST_F(TargetImpedance, WhatSwitchesTheLimitsOff)
     Paint();
     ASSERT_GT(AllCyan(), 0);
 
-    m.m_nFreqDomainMode = 1;
-    Paint();
-    EXPECT_EQ(AllCyan(), 0);
-    m.m_nFreqDomainMode = 2;
-    m.m_bUseMagnitude = 0;
-    Paint();
-    EXPECT_EQ(AllCyan(), 0);
-    m.m_bUseMagnitude = 1;
-    m.m_bTargetImpedance = 0;
-    Paint();
-    EXPECT_EQ(AllCyan(), 0);
-    m.m_bTargetImpedance = 1;
+    // Each alone: the mode-1 frequency chart, no magnitude, the flag off.
+    for (auto [p, off] : {std::pair{&m.m_nFreqDomainMode, 1}, {&m.m_bUseMagnitude, 0},
+                          {&m.m_bTargetImpedance, 0}})
+    {
+        const int on = std::exchange(*p, off);
+        Paint();
+        EXPECT_EQ(AllCyan(), 0) << off;
+        *p = on;
+    }
     // A limit for another set, and a draw entry past the sets.
     lim.m_arrDataIndex.RemoveAll();
     lim.AddDataIndex(i + 1);
@@ -174,7 +154,7 @@ TEST_F(TargetImpedance, LogAxesTakeLog10AndKeepZeroAtLogicalZero)
 
     auto cyanNear = [&](double x, double y)
     {
-        const CPoint p = LogClient(x, y);
+        const CPoint p = view->ViewPointToClient(CPointF(log10f(float(x)), log10f(float(y))));
         return ColorNear(kCyan, p.x, p.y, 2);
     };
     EXPECT_TRUE(cyanNear(1.5e5, 0.35));

@@ -1,25 +1,22 @@
-// The eye mask, bathtub, overshoot and differential-level demos of
-// plotvane-render: each report's overlay numbers (read back from the texts
-// and the stored mask) agree with the measurement API's to the rounding of
-// the overlay's format, and the files are written.
+// The overlay demos of plotvane-render: each report's overlay numbers, read
+// back from the texts and the stored marks, agree with the measurement API's
+// to the rounding of the overlay's format and with the model's physics; the
+// files are written.
 #include "apps/program_run.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdlib>
 #include <string>
-#include <sys/stat.h>
 
 namespace
 {
 using plotvane_test::JsonNumber;
-using plotvane_test::Result;
 
 // The object member "name": { ... } of the report, without nesting.
-std::string Member(const std::string& json, const std::string& name, std::size_t from = 0)
+std::string Member(const std::string& json, const std::string& name)
 {
-    const std::size_t at = json.find("\"" + name + "\": {", from);
+    const std::size_t at = json.find("\"" + name + "\": {");
     if (at == std::string::npos)
         return std::string();
     return json.substr(at, json.find('}', at) - at);
@@ -32,21 +29,9 @@ void ExpectPrintedG(double overlay, double api, const char* what)
     EXPECT_NEAR(overlay, api, 5e-6 * std::fabs(api) + 1e-12) << what;
 }
 
-class LevelDemos : public plotvane_test::RenderProgramTest
-{
-protected:
-    std::string RunDemo(const std::string& name)
-    {
-        const Result r = Run("--demo " + name + " -o " + name + ".png");
-        EXPECT_EQ(r.status, 0) << r.err;
-        struct stat st;
-        EXPECT_EQ(stat(Path(name + ".png").c_str(), &st), 0);
-        EXPECT_EQ(stat(Path(name + ".pvc").c_str(), &st), 0);
-        return r.out;
-    }
-};
+using DemoReports = plotvane_test::RenderProgramTest;
 
-TEST_F(LevelDemos, OvershootUndershootAndAreaShowTheApisNumbers)
+TEST_F(DemoReports, OvershootUndershootAndAreaShowTheApisNumbers)
 {
     for (const char* name : {"overshoot", "undershoot"})
     {
@@ -66,7 +51,7 @@ TEST_F(LevelDemos, OvershootUndershootAndAreaShowTheApisNumbers)
     ExpectPrintedG(JsonNumber(Member(json, "overlay"), "margin"), 0.1 - area, "area margin");
 }
 
-TEST_F(LevelDemos, VixAndVidShowTheApisNumbers)
+TEST_F(DemoReports, VixAndVidShowTheApisNumbers)
 {
     std::string json = RunDemo("vix-vid");
     std::string api = Member(json, "api"), shown = Member(json, "overlay");
@@ -87,7 +72,7 @@ TEST_F(LevelDemos, VixAndVidShowTheApisNumbers)
                    JsonNumber(api, "vid_mv") - JsonNumber(api, "vid_min_mv"), "vid margin");
 }
 
-TEST_F(LevelDemos, BathtubWidthsMatchTheSearchAndTheJitterModel)
+TEST_F(DemoReports, BathtubWidthsMatchTheSearchAndTheJitterModel)
 {
     const std::string json = RunDemo("bathtub");
     int n = 0;
@@ -97,17 +82,19 @@ TEST_F(LevelDemos, BathtubWidthsMatchTheSearchAndTheJitterModel)
         const std::string entry = json.substr(at, json.find('}', at) - at);
         // "%.4f" of the width in the axis unit, the same as the API's
         // crossings rounded so.
-        EXPECT_NEAR(JsonNumber(entry, "overlay_width_axis"), JsonNumber(entry, "api_width_axis"), 1e-9)
+        EXPECT_NEAR(JsonNumber(entry, "overlay_width_axis"), JsonNumber(entry, "api_width_axis"),
+                    1e-9)
             << entry;
         // The usual dual-Dirac estimate of the opening (both Gaussian tails at
         // full weight) agrees to within 1 % of the UI.
-        EXPECT_NEAR(JsonNumber(entry, "api_width_ps"), JsonNumber(entry, "model_opening_ps"), 10.0) << entry;
+        EXPECT_NEAR(JsonNumber(entry, "api_width_ps"), JsonNumber(entry, "model_opening_ps"), 10.0)
+            << entry;
         EXPECT_LT(JsonNumber(entry, "floor_ber"), 1e-15) << entry;
     }
     EXPECT_EQ(n, 4);
 }
 
-TEST_F(LevelDemos, EyeMaskStandsOnTheEyeCentreAndClearsTheEye)
+TEST_F(DemoReports, EyeMaskStandsOnTheEyeCentreAndClearsTheEye)
 {
     const std::string json = RunDemo("eye-mask");
     const std::string api = Member(json, "api"), shown = Member(json, "overlay");
@@ -115,5 +102,64 @@ TEST_F(LevelDemos, EyeMaskStandsOnTheEyeCentreAndClearsTheEye)
         EXPECT_EQ(JsonNumber(shown, key), JsonNumber(api, key)) << key;
     EXPECT_NE(api.find("\"eye_enters_mask_core\": false"), std::string::npos);
     EXPECT_NE(shown.find("\"visible\": true"), std::string::npos);
+}
+
+TEST_F(DemoReports, TargetZRailsAgainstStoredLimits)
+{
+    const std::string out = RunDemo("target-z");
+    const std::size_t io = out.find("VDD_IO");
+    ASSERT_NE(io, std::string::npos) << out;
+    // The core rail's stepped limit and the I/O rail's polyline as stored.
+    EXPECT_DOUBLE_EQ(JsonNumber(out, "limit_type"), 0.0);
+    EXPECT_DOUBLE_EQ(JsonNumber(out, "ohm"), 1.8e-3);
+    EXPECT_DOUBLE_EQ(JsonNumber(out, "limit_type", io), 1.0);
+    for (std::size_t from : {std::size_t(0), io})
+    {
+        // Worst point: within the limit's range, and the margin is its ratio.
+        const double z = JsonNumber(out, "worst_ohm", from);
+        const double lim = JsonNumber(out, "worst_limit_ohm", from);
+        ASSERT_GT(z, 0.0);
+        EXPECT_NEAR(JsonNumber(out, "margin_db", from), -20 * std::log10(z / lim), 0.006);
+        EXPECT_GE(JsonNumber(out, "peak_ohm", from), z);
+    }
+}
+
+TEST_F(DemoReports, FlightTimeTextMatchesCrossings)
+{
+    const std::string out = RunDemo("flight-time");
+    const double d = JsonNumber(out, "flight_time_ps");
+    EXPECT_NEAR(JsonNumber(out, "receiver_crossing_ps") - JsonNumber(out, "driver_crossing_ps"), d,
+                1e-3);
+    EXPECT_NEAR(JsonNumber(out, "overlay_flight_time_ps"), d, 0.05 + 1e-9);
+    // Line delay plus a receiver RC of 150 ps: more than the line, not by
+    // more than a few time constants.
+    EXPECT_GT(d, JsonNumber(out, "line_delay_ps"));
+    EXPECT_LT(d, JsonNumber(out, "line_delay_ps") + 400.0);
+}
+
+TEST_F(DemoReports, CrosstalkMarksTheFarEndPeak)
+{
+    const std::string out = RunDemo("crosstalk");
+    EXPECT_GE(JsonNumber(out, "fext_index"), 0.0);
+    EXPECT_NEAR(JsonNumber(out, "overlay_fext_mv"), JsonNumber(out, "fext_peak_mv"), 0.05 + 1e-9);
+    EXPECT_NEAR(JsonNumber(out, "fext_peak_mv"), JsonNumber(out, "fext_expected_mv"), 0.5);
+    EXPECT_NEAR(JsonNumber(out, "next_peak_mv"), JsonNumber(out, "next_expected_mv"), 0.01);
+}
+
+TEST_F(DemoReports, TdrLevelsAreTheLineAndTheSection)
+{
+    const std::string out = RunDemo("tdr");
+    EXPECT_NEAR(JsonNumber(out, "reference_ohm"), 50.0, 1e-6);
+    EXPECT_NEAR(JsonNumber(out, "section_ohm"), JsonNumber(out, "section_model_ohm"), 0.01);
+    EXPECT_EQ(JsonNumber(out, "marked_point_ohm"), JsonNumber(out, "section_ohm"));
+}
+
+TEST_F(DemoReports, DfeTextsRoundTheLossAtNyquist)
+{
+    const std::string out = RunDemo("dfe");
+    EXPECT_EQ(JsonNumber(out, "overlay_nyquist_mhz"),
+              std::round(JsonNumber(out, "nyquist_hz") * 1e-6));
+    EXPECT_NEAR(JsonNumber(out, "overlay_loss_db"), JsonNumber(out, "loss_at_nyquist_db"), 5e-6);
+    EXPECT_NEAR(JsonNumber(out, "loss_at_nyquist_db"), JsonNumber(out, "model_loss_db"), 0.01);
 }
 } // namespace
