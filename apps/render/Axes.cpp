@@ -169,4 +169,55 @@ void KeepLastXValueWhole(CPlotvane_Manager& mgr, int nFontSize)
     mgr.m_nFormatType = nFormat;
 }
 
+double RefineSparseYGrid(CPlotvane_Manager& mgr, const std::vector<double>& keepVisible)
+{
+    CGLChartView* view = mgr.m_ChartDlg.GetGLChartView();
+    const CAxisAttribute& axis = mgr.m_Attribute.m_YAxis;
+    if ((mgr.m_bUseMagnitude && mgr.m_nMagnitudeScale == 1) || axis.GetUserSettingInterval() ||
+        view == nullptr || view->GetSafeHwnd() == nullptr)
+        return 0.0;
+    const double h = double(view->GetViewRectLP().height);
+    const double d = mgr.GetYGridInterval();
+    const auto enough = [h](double step) { return std::trunc(h / step) >= 4.0; };
+    if (!(d > 0.0) || !(h > 0.0) || enough(d))
+        return 0.0;
+    // Within a thousandth of a step: a line there covers the level's pixels.
+    const auto hides = [&](double step)
+    {
+        for (const double level : keepVisible)
+        {
+            const double k = level * CPlotvane_InputData::m_dViewScaleY / step;
+            if (std::fabs(k - std::round(k)) < 1e-3)
+                return true;
+        }
+        return false;
+    };
+    double chosen = 0.0;
+    for (const double divisor : {2.0, 5.0, 4.0, 10.0})
+    {
+        const double step = d / divisor;
+        if (!enough(step))
+            continue;
+        if (!hides(step))
+        {
+            chosen = step;
+            break;
+        }
+        if (chosen == 0.0)
+            chosen = step;
+    }
+    if (chosen > 0.0)
+        mgr.SetYGridInterval(chosen);
+    return chosen;
+}
+
+void UndoRefinedYGrid(CPlotvane_Manager& mgr, double dInterval)
+{
+    CAxisAttribute& axis = mgr.m_Attribute.m_YAxis;
+    if (dInterval == 0.0 || !axis.GetUserSettingInterval() || axis.GetGridInterval() != dInterval)
+        return;
+    axis.m_bUserSettingInterval = 0;
+    axis.m_dGridInterval = CAxisAttribute().m_dGridInterval;
+}
+
 } // namespace plotvane

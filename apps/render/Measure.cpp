@@ -259,6 +259,39 @@ EyeChartSets AddEyeSignals(CPlotvane_Manager& mgr, const RenderOptions& options,
     return sets;
 }
 
+std::vector<double> EyeReferenceLevels(CPlotvane_Manager& mgr)
+{
+    std::vector<double> levels;
+    CGLChartView* view = mgr.m_ChartDlg.GetGLChartView();
+    if (view == nullptr)
+        return levels;
+    // Finding a strobe moves the view's strobe pointers, which the next
+    // frame reads before it finds them again: they are put back.
+    CChartPointDArray* const pKept1 = view->m_pDQSArray1;
+    CChartPointDArray* const pKept2 = view->m_pDQSArray2;
+    CPlotvane_InputData& data = mgr.m_InputData;
+    for (int i : data.m_DrawSet)
+    {
+        const CChartPointDArray* dq = data.GetChartPointDArray(i);
+        if (dq == nullptr || dq->m_nDataType <= 1 || dq->m_nPinRole != 2)
+            continue;
+        view->SetDQSChartPointArray(dq->m_strName);
+        const CChartPointDArray* s1 = view->m_pDQSArray1;
+        if (s1 == nullptr)
+            continue;
+        const double mid = (dq->GetMaxY() + dq->GetMinY()) * 0.5;
+        double v = (s1->m_dLevelLow + s1->m_dLevelHigh) * 0.5;
+        if (mgr.m_nJitterOption != 0 || (s1->m_dLevelLow == 0.0 && v == 0.0))
+            v = mid;
+        else if (dq->m_dEyeVref != -1.0)
+            v = dq->m_dEyeVref;
+        levels.push_back(v);
+    }
+    view->m_pDQSArray1 = pKept1;
+    view->m_pDQSArray2 = pKept2;
+    return levels;
+}
+
 std::string ChartPathBeside(const std::string& png)
 {
     const std::size_t slash = png.find_last_of('/');

@@ -11,6 +11,7 @@
 #include <limits>
 #include <optional>
 #include <string>
+#include <vector>
 
 class CChartPointDArray;
 class CPlotvane_Manager;
@@ -114,6 +115,10 @@ EyeChartSets AddMeasuredEyes(CPlotvane_Manager& mgr, const RenderOptions& option
 // the chart archive. Answers the measurement; outputs receives the paths.
 EyeMeasurement DrawAndMeasureEye(CPlotvane_Manager& mgr, const EyeChartSets& sets,
                                  const RenderOptions& options, EyeOutputs& outputs);
+
+// The levels at which the timing overlay draws the reference line of each
+// drawn DQ eye that has a strobe, in volts: what a grid line must not hide.
+std::vector<double> EyeReferenceLevels(CPlotvane_Manager& mgr);
 
 // The chart archive beside the PNG: its name with ".pvc" for ".png".
 std::string ChartPathBeside(const std::string& png);

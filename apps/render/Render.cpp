@@ -1,5 +1,7 @@
 #include "render/Render.h"
 
+#include "render/Measure.h"
+
 #include "render/Axes.h"
 #include "render/ChartInput.h"
 #include "render/Legend.h"
@@ -68,7 +70,9 @@ void DrawChartToPng(CPlotvane_Manager& mgr, const RenderOptions& options)
     KeepLastXValueWhole(mgr, options.nFontSize);
     if (options.bLegend)
         AddLegend(mgr, options.nFontSize, HasEyeSummary(mgr));
+    const double dRefinedY = RefineSparseYGrid(mgr, EyeReferenceLevels(mgr));
     mgr.RedrawGLChartView();
+    UndoRefinedYGrid(mgr, dRefinedY);
     if (!SaveChartImage(mgr, CString(options.output)))
         throw RenderError("cannot write image '" + options.output + "'");
 }

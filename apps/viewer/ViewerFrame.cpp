@@ -4,6 +4,7 @@
 
 #include "render/Axes.h"
 #include "render/ChartInput.h"
+#include "render/Measure.h"
 #include "render/Options.h"
 #include "render/SignalInput.h"
 #include "render/demos/OverlayHost.h"
@@ -94,6 +95,13 @@ ViewerFrame::ViewerFrame(bool bBatch)
     CreateDialogIn(m_manager.m_ChartDlg, m_host, m_pChartPanel);
     // The view tells its host about zooms.
     m_manager.m_pParentWnd = &m_host;
+    // A zoom may leave the grid too coarse or too fine; the view has drawn
+    // already when it says so.
+    m_pChartPanel->Bind(EVT_PLOTVANE_MESSAGE, [this](WxMessageEvent& e) {
+        e.Skip();
+        if (e.message == 2527 && RefineGrid())
+            CallAfter([this] { m_manager.RedrawGLChartView(); });
+    });
     m_pChartPanel->Bind(wxEVT_SIZE, [this](wxSizeEvent& e) {
         e.Skip();
         if (m_manager.m_ChartDlg.GetSafeHwnd() != nullptr)
@@ -186,9 +194,16 @@ bool ViewerFrame::OpenFile(const std::string& path)
             LoadChartFile(probe, path);
             m_manager.RemoveAllData();
             LoadChartFile(m_manager, path);
+            // The eye overlay's summary stands near the top of the view: a
+            // chart with eyes gets the wide fit, which keeps the upper rail
+            // below it.
+            m_manager.m_InputData.m_bFitMarginTight = EyeReferenceLevels(m_manager).empty() ? 1 : 0;
         }
         else
+        {
+            m_manager.m_InputData.m_bFitMarginTight = 1;
             OpenDataFile(path);
+        }
     }
     catch (const std::exception& e)
     {
@@ -197,7 +212,10 @@ bool ViewerFrame::OpenFile(const std::string& path)
         return false;
     }
     if (EndsWith(path, ".pvc"))
+    {
         m_manager.SetChartDrawFit();
+        KeepLastXValueWhole(m_manager, m_manager.GetDefaultFontSize());
+    }
     SetTitle("Plotvane Viewer - " + wxString::FromUTF8(FileStem(path)));
     m_history.AddFileToHistory(wxString::FromUTF8(path));
     Redraw();
@@ -332,6 +350,10 @@ std::vector<std::string> ViewerFrame::ChooseSignals(const std::string& path)
 
 bool ViewerFrame::SaveChart(const std::string& path)
 {
+    // The archive keeps the chart's own grid, not the viewer's.
+    UndoRefinedYGrid(m_manager, m_dRefinedY);
+    m_dRefinedY = 0.0;
+    bool ok = true;
     try
     {
         SaveChartFile(m_manager, path);
@@ -340,9 +362,10 @@ bool ViewerFrame::SaveChart(const std::string& path)
     {
         Tell(wxString::Format("Cannot save %s:\n%s", wxString::FromUTF8(path),
                               wxString::FromUTF8(e.what())));
-        return false;
+        ok = false;
     }
-    return true;
+    RefineGrid();
+    return ok;
 }
 
 bool ViewerFrame::ExportPng(const std::string& path, int width, int height)
@@ -402,7 +425,16 @@ bool ViewerFrame::ExportPngOffscreen(const std::string& path, int width, int hei
 
 void ViewerFrame::Redraw()
 {
+    RefineGrid();
     m_manager.RedrawGLChartView();
+}
+
+bool ViewerFrame::RefineGrid()
+{
+    const double before = m_dRefinedY;
+    UndoRefinedYGrid(m_manager, m_dRefinedY);
+    m_dRefinedY = RefineSparseYGrid(m_manager, EyeReferenceLevels(m_manager));
+    return m_dRefinedY != before;
 }
 
 void ViewerFrame::ApplyLook()

@@ -31,7 +31,8 @@ public:
     // At the window's size, or drawn offscreen at width x height pixels
     // (both above 0) showing the same area of the chart.
     bool ExportPng(const std::string& path, int width = 0, int height = 0);
-    // Draws the chart now (after a load or a change of look).
+    // Draws the chart now (after a load or a change of look), with a finer Y
+    // grid where the chart's own would leave fewer than four lines.
     void Redraw();
     CPlotvane_Manager& Manager() { return m_manager; }
     CGLPlotvane_Environment& Environment() { return m_env; }
@@ -60,6 +61,8 @@ private:
     // FILE:SIGNAL refs of what to show; empty when the user cancelled.
     std::vector<std::string> ChooseSignals(const std::string& path);
     void ApplyLook();
+    // The finer Y grid for the view as it stands; true when it changed.
+    bool RefineGrid();
     void OnOpen(wxCommandEvent&);
     void OnSaveChart(wxCommandEvent&);
     void OnExportPng(wxCommandEvent&);
@@ -78,6 +81,7 @@ private:
     CGLPlotvane_Environment m_env;
     wxFileHistory m_history;
     bool m_bBatch;
+    double m_dRefinedY = 0.0; // the Y grid interval the viewer set, or 0
     std::vector<std::string> m_messages;
     std::vector<std::function<void()>> m_chartReplaced;
 };

@@ -340,3 +340,35 @@ TEST_F(AxesTest, LegendStandsWhereNoCurveRuns)
     for (const ChartText& t : legend)
         EXPECT_GT(t.ptLogical.y, 1.0 * fr.f.ViewScaleY()) << t.strText.str();
 }
+
+// A range that the grid's own interval gives two lines gets a finer step
+// in the picture, one that misses an eye's reference where it can; the
+// chart keeps its own interval, and an interval a person set stays.
+TEST_F(AxesTest, SparseYGridIsRefinedAroundLevelsThatMustShow)
+{
+    AddCurve({0.0, 1e-9}, {0.0, 1.2});
+    plotvane::ApplyAxes(m, {"Time", "s"}, {"Voltage", "V"});
+    const Frame fr = Draw();
+    EXPECT_GE(ExpectValueTextsTrue(fr, 1e-6).second, 6);
+    const CAxisAttribute& axis = m.m_Attribute.m_YAxis;
+    EXPECT_EQ(axis.GetUserSettingInterval(), 0);
+
+    const double own = m.GetYGridInterval();
+    const double fifth = plotvane::RefineSparseYGrid(m);
+    EXPECT_NEAR(fifth, own / 5, own * 1e-12);
+    EXPECT_EQ(m.GetYGridInterval(), fifth);
+    plotvane::UndoRefinedYGrid(m, fifth);
+    EXPECT_EQ(axis.GetUserSettingInterval(), 0);
+    EXPECT_EQ(m.GetYGridInterval(), own);
+
+    // 0.6 V lies on a line every fifth of a volt, not every quarter.
+    const double quarter = plotvane::RefineSparseYGrid(m, {0.6});
+    EXPECT_NEAR(quarter, own / 4, own * 1e-12);
+    plotvane::UndoRefinedYGrid(m, quarter);
+
+    m.SetYGridInterval(own / 10);
+    EXPECT_EQ(plotvane::RefineSparseYGrid(m), 0.0);
+    plotvane::UndoRefinedYGrid(m, own / 5);
+    EXPECT_EQ(axis.GetUserSettingInterval(), 1);
+    EXPECT_EQ(m.GetYGridInterval(), own / 10);
+}

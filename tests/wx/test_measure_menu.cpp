@@ -11,6 +11,7 @@
 #include <wx/dcmemory.h>
 #include <wx/dcscreen.h>
 #include <wx/dialog.h>
+#include <wx/image.h>
 #include <wx/menu.h>
 #include <wx/textctrl.h>
 
@@ -44,17 +45,27 @@ std::string DemoChart(const std::string& demo)
     return pvc;
 }
 
-// What the screen shows of a window, as a PNG: the dialog the user sees.
-void SaveWindow(wxWindow& w, const std::string& path)
+// What the screen shows of a rectangle.
+wxImage Grab(const wxRect& r)
 {
-    std::filesystem::create_directories(ArtifactDir());
-    const wxRect r = w.GetScreenRect();
     wxBitmap bitmap(r.width, r.height);
     wxMemoryDC mem(bitmap);
     wxScreenDC screen;
     mem.Blit(0, 0, r.width, r.height, &screen, r.x, r.y);
     mem.SelectObject(wxNullBitmap);
-    EXPECT_TRUE(bitmap.SaveFile(path, wxBITMAP_TYPE_PNG));
+    return bitmap.ConvertToImage();
+}
+
+void SavePicture(const wxImage& image, const std::string& path)
+{
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    EXPECT_TRUE(wxBitmap(image).SaveFile(path, wxBITMAP_TYPE_PNG));
+}
+
+// What the screen shows of a window, as a PNG: the dialog the user sees.
+void SaveWindow(wxWindow& w, const std::string& path)
+{
+    SavePicture(Grab(w.GetScreenRect()), path);
 }
 
 class MeasureMenu : public testing::Test
@@ -297,4 +308,53 @@ TEST_F(MeasureMenu, DdrEyeFromSetsFoldsAChosenPairAndMeasuresItAsTheRenderProgra
     EXPECT_FALSE(Choose("DDR Eye Margins"));
     EXPECT_NE(frame->Messages().back().find("setup 204 ps, hold 204 ps"), std::string::npos)
         << frame->Messages().back();
+}
+
+// The README's picture: the viewer on the DDR write eye with its Measure
+// menu opened from the keyboard, as the X server shows it. The screen is
+// read back right only in a process that has shown no other window, so
+// CTest runs this suite on its own.
+using ReadmePicture = MeasureMenu;
+TEST_F(ReadmePicture, MeasureMenuOpensFromTheMenuBarByKeyboard)
+{
+    ASSERT_TRUE(frame->OpenFile(DemoChart("ddr-write")));
+    frame->SetSize(wxRect(0, 0, 960, 660));
+    frame->Raise();
+    Pump(300);
+    frame->Redraw();
+    Pump(300);
+    wxString opened;
+    frame->Bind(wxEVT_MENU_OPEN,
+                [&](wxMenuEvent& e)
+                {
+                    if (e.GetMenu() != nullptr)
+                        opened = wxStripMenuCodes(e.GetMenu()->GetTitle());
+                    e.Skip();
+                });
+    // Without a window manager the keys go to the window under the pointer.
+    const wxRect r = frame->GetScreenRect();
+    plotvane::test::XDo("mousemove " + std::to_string(r.x + r.width / 2) + " " +
+                        std::to_string(r.y + r.height / 2));
+    plotvane::test::XDo("key F10");
+    for (int i = 0; i < 7; ++i) // File View Zoom Cursors Data Chart Tools, then Measure
+        plotvane::test::XDo("key Right");
+    // The open menu is a light block over the dark chart; the X server may
+    // show it a little after wx has opened it.
+    const auto lightPixels = [](const wxImage& image)
+    {
+        int n = 0;
+        for (int y = 40; y < image.GetHeight(); ++y)
+            for (int x = 0; x < image.GetWidth(); ++x)
+                n += image.GetRed(x, y) > 200 && image.GetGreen(x, y) > 200 &&
+                     image.GetBlue(x, y) > 200;
+        return n;
+    };
+    wxImage shot;
+    for (int attempt = 0; attempt < 20 && lightPixels(shot = Grab(r)) < 40000; ++attempt)
+        Pump(200);
+    SavePicture(shot, ArtifactDir() + "/viewer/plotvane-viewer.png");
+    EXPECT_GE(lightPixels(shot), 40000);
+    plotvane::test::XDo("key Escape");
+    plotvane::test::XDo("key Escape");
+    EXPECT_EQ(opened, "Measure");
 }
