@@ -462,7 +462,8 @@ Input:
                         data set per pair; a pair left empty on a line has no
                         point there.
   --chart FILE          load a chart archive first (data sets, axes, cursors);
-                        data files given as well are added to it.
+                        data files given as well are added to it. The
+                        archive keeps no log Y axis: give --log-y again.
   --target-z FILE       impedance limits drawn over every curve: a CSV of
                         Hz,Ohm points (a polyline) or from Hz,to Hz,Ohm steps.
 

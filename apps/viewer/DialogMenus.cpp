@@ -46,7 +46,7 @@ void EditAppearance(ViewerFrame& frame)
                                     wxString::FromUTF8(e.what())));
         return;
     }
-    frame.Manager().SetChartEnvironment(&frame.Environment());
+    frame.ApplyLook();
     frame.Redraw();
 }
 

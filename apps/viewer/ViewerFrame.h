@@ -36,6 +36,8 @@ public:
     void Redraw();
     CPlotvane_Manager& Manager() { return m_manager; }
     CGLPlotvane_Environment& Environment() { return m_env; }
+    // The environment on the chart, and the View menu's checks after it.
+    void ApplyLook();
     const std::vector<std::string>& Messages() const { return m_messages; }
     // A message box, or standard error in batch mode.
     void Tell(const wxString& text);
@@ -60,7 +62,6 @@ private:
     void OpenDataFile(const std::string& path);
     // FILE:SIGNAL refs of what to show; empty when the user cancelled.
     std::vector<std::string> ChooseSignals(const std::string& path);
-    void ApplyLook();
     // The finer Y grid for the view as it stands; true when it changed.
     bool RefineGrid();
     void OnOpen(wxCommandEvent&);
