@@ -1,5 +1,6 @@
 #include "viewer/ViewerFrame.h"
 
+#include "viewer/CurrentPointFeed.h"
 #include "viewer/ViewerMenus.h"
 
 #include "render/Axes.h"
@@ -95,6 +96,8 @@ ViewerFrame::ViewerFrame(bool bBatch)
     CreateDialogIn(m_manager.m_ChartDlg, m_host, m_pChartPanel);
     // The view tells its host about zooms.
     m_manager.m_pParentWnd = &m_host;
+    // The axis dialog's "Current Point" follows the mouse over the chart.
+    m_pointFeed = std::make_unique<CurrentPointFeed>(m_manager);
     // A zoom may leave the grid too coarse or too fine; the view has drawn
     // already when it says so.
     m_pChartPanel->Bind(EVT_PLOTVANE_MESSAGE, [this](WxMessageEvent& e) {

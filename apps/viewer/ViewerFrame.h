@@ -16,6 +16,8 @@
 namespace plotvane::viewer
 {
 
+class CurrentPointFeed;
+
 class ViewerFrame : public wxFrame
 {
 public:
@@ -83,6 +85,7 @@ private:
     wxFileHistory m_history;
     bool m_bBatch;
     double m_dRefinedY = 0.0; // the Y grid interval the viewer set, or 0
+    std::unique_ptr<CurrentPointFeed> m_pointFeed;
     std::vector<std::string> m_messages;
     std::vector<std::function<void()>> m_chartReplaced;
 };

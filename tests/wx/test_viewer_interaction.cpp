@@ -181,6 +181,22 @@ TEST_F(ViewerInteraction, VerticalCursorShowsItsValueAndCrossings)
     Menu("Cursors", "Vertical Lines", false);
     Menu("Cursors", "Remove All Cursors");
     EXPECT_EQ(M().m_pClippingLineArray->GetSize(), 0);
+
+    // The axis dialog's current point follows the mouse.
+    Menu("Chart", "Axes and Ranges...");
+    ASSERT_NE(M().m_AttributeDlg.GetSafeHwnd(), nullptr);
+    CRect rc;
+    M().m_AttributeDlg.GetWindowRect(&rc); // out of the chart's way
+    M().m_AttributeDlg.MoveWindow(1000, 0, rc.Width(), rc.Height());
+    XDo("mousemove " + At(300, 200));
+    const CString before = M().m_Attribute.m_strCurrentPoint;
+    XDo("mousemove " + At(500, 300));
+    EXPECT_EQ(M().m_Attribute.m_strCurrentPoint.Find("X:"), 0);
+    EXPECT_NE(M().m_Attribute.m_strCurrentPoint, before);
+    CString shown;
+    M().m_AttributeDlg.GetDlgItem(IDC_STC_CURRENT_POINT)->GetWindowText(shown);
+    EXPECT_EQ(shown, M().m_Attribute.m_strCurrentPoint);
+    M().m_AttributeDlg.DestroyWindow();
 }
 
 TEST_F(ViewerInteraction, CtrlTAsksForATextAndAClickPlacesIt)
