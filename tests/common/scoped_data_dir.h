@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 
 class ScopedDataDir
@@ -14,7 +15,9 @@ public:
     ScopedDataDir()
     {
         char tmpl[] = "/tmp/plotvane-data-XXXXXX";
-        m_dir = ::mkdtemp(tmpl) != nullptr ? tmpl : "";
+        if (::mkdtemp(tmpl) == nullptr)
+            throw std::runtime_error("no temporary data directory");
+        m_dir = tmpl;
         const char* old = std::getenv("PLOTVANE_DATA_DIR");
         m_hadOld = old != nullptr;
         m_old = m_hadOld ? old : "";

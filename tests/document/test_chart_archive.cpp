@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace
@@ -99,6 +100,7 @@ void FillData(CPlotvane_Manager& m)
     d.AddDrawDataSetIndex(1);
 }
 
+// A box whose fields all differ, so that its record bytes pin their order.
 CChartClippingBox* NewBox()
 {
     CChartClippingBox* p = new CChartClippingBox;
@@ -107,15 +109,16 @@ CChartClippingBox* NewBox()
     p->m_dY1 = 2.0;
     p->m_dX2 = 3.0;
     p->m_dY2 = 4.0;
+    p->m_bVisible = 0;
     p->m_dWidth = 2.0;
-    p->m_dHeight = 2.0;
+    p->m_dHeight = 5.0;
     return p;
 }
 
 Bytes BoxRecord()
 {
     Bytes b;
-    b.I32(2).Str("B").I32(1).I32(1).I32(0xFAC864).F64(1).F64(2).F64(3).F64(4).F64(2).F64(2);
+    b.I32(2).Str("B").I32(1).I32(0).I32(0xFAC864).F64(1).F64(2).F64(3).F64(4).F64(2).F64(5);
     return b.Add(DefaultText()).Add(DefaultText());
 }
 
@@ -159,15 +162,8 @@ TEST(ChartArchive, ChartWithSetsLineAndBoxBytesAndOverRead)
     want.I32(1).I32(1).ArrayHeader(1, 1);
     want.I32(3).Str("T1").I32(1).I32(1).F64(2.5).I32(0xFAC864).I32(0).Count(1).F64(0.25);
     want.Add(DefaultText()).ArrayHeader(1, 0).F64(0).F64(0).F64(0).F64(0).Add(DefaultText());
-    want.Add(DefaultFieldsAfterLines())
-        .I32(0)
-        .I32(0)
-        .I32(0)
-        .ArrayHeader(1, 1)
-        .Add(BoxRecord())
-        .I32(0)
-        .I32(1)
-        .I32(0);
+    want.Add(DefaultFieldsAfterLines()).I32(0).I32(0).I32(0);
+    want.ArrayHeader(1, 1).Add(BoxRecord()).I32(0).I32(1).I32(0);
     const Bytes saved = Store(m);
     ASSERT_EQ(saved, want);
 
@@ -185,13 +181,10 @@ TEST(ChartArchive, ChartWithSetsLineAndBoxBytesAndOverRead)
     EXPECT_EQ(r.m_InputData.GetChartPointDArray(1)->m_strName, CString("DQS"));
     EXPECT_EQ(r.m_bViewScaleChanged, 1);
     ASSERT_EQ(r.m_pClippingLineArray->GetSize(), 1);
-    const CChartClippingLine* pRead = r.m_pClippingLineArray->GetAt(0);
-    EXPECT_EQ(pRead->m_strName, CString(""));
-    EXPECT_EQ(pRead->m_bVertical, 0);
-    EXPECT_EQ(pRead->m_bVisible, 0);
-    EXPECT_EQ(pRead->m_dPosition, 0.0);
-    EXPECT_EQ(pRead->m_color, 0u);
-    EXPECT_EQ(pRead->m_arrClippingValue.GetSize(), 0);
+    const CChartClippingLine& read = *r.m_pClippingLineArray->GetAt(0);
+    EXPECT_EQ(std::make_tuple(read.m_strName, read.m_bVertical, read.m_bVisible, read.m_dPosition,
+                              read.m_color, read.m_arrClippingValue.GetSize()),
+              std::make_tuple(CString(""), 0, 0, 0.0, COLORREF(0), INT_PTR(0)));
     EXPECT_EQ(r.m_bClippingVertical, 0);
     EXPECT_EQ(r.m_bClippingHorizontalDistance, 256);
     ASSERT_EQ(r.m_arrClippingValueX.GetSize(), 1);

@@ -1,3 +1,4 @@
+#include "common/scoped_data_dir.h"
 #include "foundation/archive_bytes.h"
 
 #include <plotvane/document/GLPlotvane_Environment.h>
@@ -6,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -29,28 +29,7 @@ Bytes Header(unsigned version)
 class EnvironmentFile : public ::testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        char tmpl[] = "/tmp/plotvane-env-XXXXXX";
-        ASSERT_NE(::mkdtemp(tmpl), nullptr);
-        m_dir = tmpl;
-        if (const char* old = std::getenv("PLOTVANE_DATA_DIR"))
-            m_old = old, m_hadOld = true;
-        SetDataDir(m_dir);
-    }
-    void TearDown() override
-    {
-        if (m_hadOld)
-            ::setenv("PLOTVANE_DATA_DIR", m_old.c_str(), 1);
-        else
-            ::unsetenv("PLOTVANE_DATA_DIR");
-        fs::remove_all(m_dir);
-    }
-    static void SetDataDir(const std::string& dir)
-    {
-        ::setenv("PLOTVANE_DATA_DIR", dir.c_str(), 1);
-    }
-    std::string FilePath() const { return m_dir + "/Chart.uis"; }
+    std::string FilePath() const { return m_data.Path() + "/Chart.uis"; }
     void WriteFile(const Bytes& b) const
     {
         std::ofstream(FilePath(), std::ios::binary)
@@ -61,17 +40,15 @@ protected:
         std::ifstream in(FilePath(), std::ios::binary);
         return Bytes(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
     }
-    std::vector<std::string> Entries(const std::string& dir) const
+    std::vector<std::string> Entries() const
     {
         std::vector<std::string> names;
-        for (const auto& e : fs::directory_iterator(dir))
+        for (const auto& e : fs::directory_iterator(m_data.Path()))
             names.push_back(e.path().filename().string());
         return names;
     }
 
-    std::string m_dir;
-    std::string m_old;
-    bool m_hadOld = false;
+    ScopedDataDir m_data;
 };
 } // namespace
 
@@ -122,7 +99,7 @@ TEST_F(EnvironmentFile, SaveWritesUserSetsAndLoadAppendsThem)
 
     const Bytes golden = Header(3).I32(2).I32(3).Count(2).I32(0x112233).I32(0x445566);
     EXPECT_EQ(ReadFile(), golden);
-    EXPECT_EQ(Entries(m_dir), std::vector<std::string>{"Chart.uis"});
+    EXPECT_EQ(Entries(), std::vector<std::string>{"Chart.uis"});
 
     CGLPlotvane_Environment loaded;
     ASSERT_EQ(loaded.LoadEnvironmentFIle(), 1);
@@ -177,20 +154,20 @@ TEST_F(EnvironmentFile, FaultsLeaveNoDamagedFile)
               CArchiveException::endOfFile);
 
     // A missing directory is created on the way.
-    const std::string nested = m_dir + "/a/b";
-    SetDataDir(nested);
+    const std::string nested = m_data.Path() + "/a/b";
+    ScopedDataDir::PointAt(nested);
     ASSERT_EQ(env.SaveEnvironmentFIle(), 1);
     EXPECT_TRUE(fs::exists(nested + "/Chart.uis"));
 
     // When the target cannot be replaced, the answer is 0 and no temporary
     // file is left behind.
-    SetDataDir(m_dir);
+    ScopedDataDir::PointAt(m_data.Path());
     fs::remove(FilePath());
     fs::create_directory(FilePath());
     EXPECT_EQ(env.SaveEnvironmentFIle(), 0);
-    EXPECT_EQ(Entries(m_dir).size(), 2u); // "a" and the directory "Chart.uis"
+    EXPECT_EQ(Entries().size(), 2u); // "a" and the directory "Chart.uis"
 
     // A data path under a plain file cannot be made.
-    SetDataDir(nested + "/Chart.uis/x");
+    ScopedDataDir::PointAt(nested + "/Chart.uis/x");
     EXPECT_EQ(env.SaveEnvironmentFIle(), 0);
 }

@@ -29,11 +29,6 @@ template <class A> auto Vals(const A& a)
     return std::vector<std::decay_t<decltype(a[0])>>(a.begin(), a.end());
 }
 
-class ExPtrArrayTest : public ::testing::Test
-{
-protected:
-    void SetUp() override { Tracked::live = 0; }
-};
 } // namespace
 
 TEST(CArray, IndexedAccessOutOfRangeRaises)
@@ -73,24 +68,30 @@ TEST(CArray, InsertRemoveAppendCopyKeepOrder)
     EXPECT_EQ(a[1], 9);
 }
 
-TEST_F(ExPtrArrayTest, DroppingOperationsLeaveObjectsAlive)
+TEST(ExPtrArray, RemovingDeletesNothingAndOutOfRangeAnswersNull)
 {
     Tracked a(1), b(2), c(3);
     {
         TrackedArray arr;
-        arr.Add(&a);
-        arr.Add(&b);
-        arr.Add(&c);
+        for (Tracked* p : {&a, &b, &c})
+            arr.Add(p);
         arr.RemoveAt(0);
         arr.SetSize(1);
         arr.RemoveAll();
         EXPECT_EQ(arr.GetSize(), 0);
         arr.Add(&a);
-    } // destructor deletes nothing either
+        EXPECT_EQ(arr.GetAt(-1), nullptr);
+        EXPECT_EQ(arr.GetAt(1), nullptr);
+        arr.SetAt(3, &a); // ignored
+        EXPECT_EQ(arr.GetSize(), 1);
+        EXPECT_TRUE(arr.IsValidIndex(0));
+        EXPECT_FALSE(arr.IsValidIndex(1));
+        EXPECT_THROW(arr[1], CInvalidArgException); // the plain form still raises
+    }                                               // the destructor deletes nothing either
     EXPECT_EQ(Tracked::live, 3);
 }
 
-TEST_F(ExPtrArrayTest, DeletingOperationsDeleteExactlyWhatTheySay)
+TEST(ExPtrArray, DeletingOperationsDeleteExactlyWhatTheySay)
 {
     TrackedArray arr;
     for (int i = 0; i < 5; ++i)
@@ -129,30 +130,14 @@ TEST_F(ExPtrArrayTest, DeletingOperationsDeleteExactlyWhatTheySay)
     EXPECT_EQ(Tracked::live, 0);
 }
 
-TEST_F(ExPtrArrayTest, OutOfRangeAccessAnswersNullInsteadOfRaising)
-{
-    Tracked a;
-    TrackedArray arr;
-    arr.Add(&a);
-    EXPECT_EQ(arr.GetAt(-1), nullptr);
-    EXPECT_EQ(arr.GetAt(1), nullptr);
-    arr.SetAt(3, &a); // ignored
-    EXPECT_EQ(arr.GetSize(), 1);
-    EXPECT_TRUE(arr.IsValidIndex(0));
-    EXPECT_FALSE(arr.IsValidIndex(1));
-    EXPECT_THROW(arr[1], CInvalidArgException); // the plain form still raises
-}
-
-TEST_F(ExPtrArrayTest, IdentityOperations)
+TEST(ExPtrArray, IdentityOperationsAndMoving)
 {
     Tracked a(1), b(2), c(3);
     TrackedArray arr;
     EXPECT_EQ(arr.Add_if_only_do_not_exists(&a), 0);
     EXPECT_EQ(arr.Add_if_only_do_not_exists(&a), -1);
-    arr.Add(&b);
-    arr.Add(&a);
-    arr.Add(nullptr);
-    arr.Add(&c);
+    for (Tracked* p : {&b, &a, (Tracked*)nullptr, &c})
+        arr.Add(p);
     EXPECT_EQ(arr.FindIndex(&c), 4);
     EXPECT_EQ(arr.FindIndex(nullptr), 3);
 
@@ -171,18 +156,14 @@ TEST_F(ExPtrArrayTest, IdentityOperations)
     EXPECT_FALSE(arr.IsElementEqual(other));
     arr.Subtract(other);
     EXPECT_EQ(arr.GetSize(), 0);
-}
 
-TEST_F(ExPtrArrayTest, MoveElementToAppendsInReverse)
-{
-    Tracked t[4];
-    TrackedArray src, dest;
-    for (Tracked& x : t)
-        src.Add(&x);
-    EXPECT_FALSE(src.MoveElementTo(dest, 2, 1));
-    EXPECT_TRUE(src.MoveElementTo(dest, 1, 2));
-    EXPECT_EQ(Vals(dest), (std::vector<Tracked*>{&t[2], &t[1]}));
-    EXPECT_EQ(Vals(src), (std::vector<Tracked*>{&t[0], &t[3]}));
+    // MoveElementTo appends the moved run in reverse.
+    for (Tracked* p : {&a, &b, &c})
+        arr.Add(p);
+    EXPECT_FALSE(arr.MoveElementTo(other, 2, 1));
+    EXPECT_TRUE(arr.MoveElementTo(other, 1, 2));
+    EXPECT_EQ(Vals(other), (std::vector<Tracked*>{&c, &a, &c, &b}));
+    EXPECT_EQ(Vals(arr), (std::vector<Tracked*>{&a}));
 }
 
 TEST(CNSet, KeepsInsertionOrderAndRefusesDuplicates)

@@ -16,6 +16,16 @@ std::array<float, 4> Edges(const CRectF& r)
     return {r.Left(), r.Bottom(), r.Right(), r.Top()};
 }
 using E = std::array<float, 4>;
+
+// What GetIntersectionLineLine answers for the segments (a, b) and (c, d): the
+// count, then the point it wrote, -7 where it wrote none.
+using M = std::array<double, 3>;
+M Meet(double ax, double ay, double bx, double by, double cx, double cy, double dx, double dy)
+{
+    double out[2] = {-7, -7};
+    const int n = CLumigrid_Math::GetIntersectionLineLine(ax, ay, bx, by, cx, cy, dx, dy, out);
+    return {double(n), out[0], out[1]};
+}
 } // namespace
 
 TEST(CRectF, EdgesFollowYUp)
@@ -60,40 +70,22 @@ TEST(ValueTypes, ExactEquality)
     EXPECT_TRUE(CRectD(0, 0, 1, 1) != CRectD(0, 0, 1, 2));
 }
 
-TEST(SegmentIntersection, CrossingsAndEndPoints)
+TEST(SegmentIntersection, CrossingsEndPointsAndMisses)
 {
-    double out[2] = {-7, -7};
-    ASSERT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, 0, 4, 4, 0, 4, 4, 0, out), 1);
-    EXPECT_EQ(out[0], 2.0);
-    EXPECT_EQ(out[1], 2.0);
-
+    EXPECT_EQ(Meet(0, 0, 4, 4, 0, 4, 4, 0), (M{1, 2, 2}));
     // Meeting exactly at an end point of either segment counts.
-    ASSERT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, 1, 10, 1, 3, 0, 3, 1, out), 1);
-    EXPECT_EQ(out[0], 3.0);
-    EXPECT_EQ(out[1], 1.0);
-    ASSERT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, 0, 2, 0, 2, 0, 3, 5, out), 1);
-    EXPECT_EQ(out[0], 2.0);
-
+    EXPECT_EQ(Meet(0, 1, 10, 1, 3, 0, 3, 1), (M{1, 3, 1}));
+    EXPECT_EQ(Meet(0, 0, 2, 0, 2, 0, 3, 5), (M{1, 2, 0}));
     // A level touched by the far end of a sample pair reproduces the sample.
     const double y = 0.7, s = 100.0;
-    ASSERT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, y * s, 1e9, y * s, 0.3e9, 0.1 * s, 0.7e9,
-                                                      y * s, out),
-              1);
-    EXPECT_EQ(out[0], 0.7e9);
+    EXPECT_EQ(Meet(0, y * s, 1e9, y * s, 0.3e9, 0.1 * s, 0.7e9, y * s), (M{1, 0.7e9, y * s}));
 
-    // Beyond an end: no meeting.
-    EXPECT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, 0, 1, 1, 2, 0, 3, -5, out), 0);
-    EXPECT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, 1, 2, 1, 3, 0, 3, 2, out), 0);
-}
-
-TEST(SegmentIntersection, ParallelCollinearDegenerateAndNaNNeverMeet)
-{
-    double out[2] = {-7, -7};
-    EXPECT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, 0, 1, 0, 0, 1, 1, 1, out), 0);
-    EXPECT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, 0, 2, 0, 1, 0, 3, 0, out), 0);
-    EXPECT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, 0, 2, 2, 1, 1, 1, 1, out), 0);
-    EXPECT_EQ(CLumigrid_Math::GetIntersectionLineLine(0, 0, 2, 2, 0, NAN, 2, 0, out), 0);
-    EXPECT_EQ(out[0], -7); // untouched on a miss
+    // Beyond an end, parallel, collinear, degenerate and NaN: no meeting,
+    // and the output is left alone.
+    for (const M& miss : {Meet(0, 0, 1, 1, 2, 0, 3, -5), Meet(0, 1, 2, 1, 3, 0, 3, 2),
+                          Meet(0, 0, 1, 0, 0, 1, 1, 1), Meet(0, 0, 2, 0, 1, 0, 3, 0),
+                          Meet(0, 0, 2, 2, 1, 1, 1, 1), Meet(0, 0, 2, 2, 0, NAN, 2, 0)})
+        EXPECT_EQ(miss, (M{0, -7, -7}));
 }
 
 TEST(Geometry, LinesMeetWhereTheyCross)

@@ -27,22 +27,30 @@ Pts Outline(const CChartPointDArray& w)
 constexpr double kLo = -1e9;
 constexpr double kHi = 1e9;
 
-double Above(const Pts& pts, double dLevel, double dXMin = kLo, double dXMax = kHi)
+// The largest area above (or below) dLevel at scales 1; dArea starts at -99
+// so that a result left alone shows.
+double Area(const Pts& pts, double dLevel, bool bBelow = false, double dXMin = kLo,
+            double dXMax = kHi)
 {
     CChartPointDArray w;
     Fill(w, pts);
     double dArea = -99.0;
-    w.GetMaxAreaAboveYValue(1.0, 1.0, dXMin, dXMax, dLevel, dArea);
+    if (bBelow)
+        w.GetMaxAreaBelowYValue(1.0, 1.0, dXMin, dXMax, dLevel, dArea);
+    else
+        w.GetMaxAreaAboveYValue(1.0, 1.0, dXMin, dXMax, dLevel, dArea);
     return dArea;
 }
 
-double Below(const Pts& pts, double dLevel)
+// The outline of the largest area above dLevel; the outline array holds a
+// stale point beforehand, which must go.
+Pts AreaOutline(const Pts& pts, double sx, double sy, double dLevel, double& dArea)
 {
-    CChartPointDArray w;
+    CChartPointDArray w, outline;
     Fill(w, pts);
-    double dArea = -99.0;
-    w.GetMaxAreaBelowYValue(1.0, 1.0, kLo, kHi, dLevel, dArea);
-    return dArea;
+    outline.Add(new CChartPointD(9, 9));
+    w.GetMaxAreaAboveYValueAndAllPointsInArea(sx, sy, kLo, kHi, dLevel, dArea, &outline);
+    return Outline(outline);
 }
 
 // A triangle 0 -> 4 -> 0 over level 1 crosses at 0.25 and 1.75 with one
@@ -53,87 +61,74 @@ const Pts kTriangle = {{0, 0}, {1, 4}, {2, 0}};
 // Three interior samples at 2 over level 1, crossings at 0.5 and 3.5: the
 // full integral above the level, 2.5.
 const Pts kPlateau = {{0, 0}, {1, 2}, {2, 2}, {3, 2}, {4, 0}};
+const Pts kPlateauOutline = {{0.5, 1}, {1, 2}, {2, 2}, {3, 2}, {3.5, 1}};
 
 } // namespace
 
 TEST(AreaMeasures, TrapezoidSumLessRectangle)
 {
-    CChartPointDArray w;
-    Fill(w, kPlateau);
-    CChartPointDArray outline;
-    outline.Add(new CChartPointD(9, 9));
     double dArea = 0.0;
-    w.GetMaxAreaAboveYValueAndAllPointsInArea(2.0, 10.0, kLo, kHi, 1.0, dArea, &outline);
+    EXPECT_EQ(AreaOutline(kPlateau, 2.0, 10.0, 1.0, dArea), kPlateauOutline);
     EXPECT_DOUBLE_EQ(dArea, 2.5 * 20.0);
-    EXPECT_EQ(Outline(outline), (Pts{{0.5, 1}, {1, 2}, {2, 2}, {3, 2}, {3.5, 1}}));
 
-    EXPECT_DOUBLE_EQ(Above(kTriangle, 1.0), 0.375);
+    EXPECT_DOUBLE_EQ(Area(kTriangle, 1.0), 0.375);
 
     // Interior samples from two runs are sorted by X before summing.
-    EXPECT_DOUBLE_EQ(Above({{0, 0}, {1, 2}, {1.5, 2}, {0.5, 2}, {1.25, 2}, {3, 0}}, 1.0), 1.0625);
+    EXPECT_DOUBLE_EQ(Area({{0, 0}, {1, 2}, {1.5, 2}, {0.5, 2}, {1.25, 2}, {3, 0}}, 1.0), 1.0625);
 
     // No interior sample: area = -rect, reported only on a negative level.
     // The falling crossing (2) is found before the rising one (1).
-    EXPECT_EQ(Above({{0, 2}, {4, 0}, {0, 0}, {2, 2}}, 1.0), 0.0);
-    EXPECT_DOUBLE_EQ(Above({{0, 0}, {4, -2}, {0, -2}, {2, 0}}, -1.0), 1.0);
+    EXPECT_EQ(Area({{0, 2}, {4, 0}, {0, 0}, {2, 2}}, 1.0), 0.0);
+    EXPECT_DOUBLE_EQ(Area({{0, 0}, {4, -2}, {0, -2}, {2, 0}}, -1.0), 1.0);
 }
 
 TEST(AreaMeasures, CrossingFilter)
 {
     // A sample exactly on the level hides the rising crossing.
-    EXPECT_EQ(Above({{0, 0}, {1, 1}, {2, 2}, {3, 0}}, 1.0), 0.0);
+    EXPECT_EQ(Area({{0, 0}, {1, 1}, {2, 2}, {3, 0}}, 1.0), 0.0);
     // Starting above: the leading closer is removed.
-    EXPECT_DOUBLE_EQ(Above({{-1, 4}, {0, 0}, {1, 4}, {2, 0}}, 1.0), 0.375);
+    EXPECT_DOUBLE_EQ(Area({{-1, 4}, {0, 0}, {1, 4}, {2, 0}}, 1.0), 0.375);
     // Rising, falling, rising: the third crossing is dropped.
-    EXPECT_DOUBLE_EQ(Above({{0, 0}, {1, 4}, {2, 0}, {3, 4}}, 1.0), 0.375);
+    EXPECT_DOUBLE_EQ(Area({{0, 0}, {1, 4}, {2, 0}, {3, 4}}, 1.0), 0.375);
 
     // Six regular crossings keep R F R R: the second pair runs from 2.25 to
     // 4.25 across a whole low stretch: 1.875 + 2 + 0.125 - 2.
-    CChartPointDArray w;
-    Fill(w, {{0, 0}, {1, 4}, {2, 0}, {3, 4}, {4, 0}, {5, 4}, {6, 0}});
-    CChartPointDArray outline;
     double dArea = 0.0;
-    w.GetMaxAreaAboveYValueAndAllPointsInArea(1.0, 1.0, kLo, kHi, 1.0, dArea, &outline);
+    EXPECT_EQ(AreaOutline({{0, 0}, {1, 4}, {2, 0}, {3, 4}, {4, 0}, {5, 4}, {6, 0}}, 1, 1, 1, dArea),
+              (Pts{{2.25, 1}, {3, 4}, {4, 0}, {4.25, 1}}));
     EXPECT_DOUBLE_EQ(dArea, 2.0);
-    EXPECT_EQ(Outline(outline), (Pts{{2.25, 1}, {3, 4}, {4, 0}, {4.25, 1}}));
 
     // Two equal pulses: the first one's outline stays.
-    CChartPointDArray twin;
-    Fill(twin, {{0, 0}, {1, 4}, {2, 0}, {3, 4}, {4, 0}});
-    twin.GetMaxAreaAboveYValueAndAllPointsInArea(1.0, 1.0, kLo, kHi, 1.0, dArea, &outline);
+    EXPECT_EQ(AreaOutline({{0, 0}, {1, 4}, {2, 0}, {3, 4}, {4, 0}}, 1, 1, 1, dArea),
+              (Pts{{0.25, 1}, {1, 4}, {1.75, 1}}));
     EXPECT_DOUBLE_EQ(dArea, 0.375);
-    EXPECT_EQ(Outline(outline), (Pts{{0.25, 1}, {1, 4}, {1.75, 1}}));
 }
 
 TEST(AreaMeasures, WindowAndEmptyResults)
 {
     // A pair spanning the window is skipped like one beside it.
-    EXPECT_EQ(Above(kTriangle, 1.0, 0.3, 0.7), 0.0);
-    EXPECT_DOUBLE_EQ(Above(kTriangle, 1.0, 0.9, 1.1), 0.375);
-    EXPECT_EQ(Above(kTriangle, 1.0, -1.0, 0.0), 0.0);
+    EXPECT_EQ(Area(kTriangle, 1.0, false, 0.3, 0.7), 0.0);
+    EXPECT_DOUBLE_EQ(Area(kTriangle, 1.0, false, 0.9, 1.1), 0.375);
+    EXPECT_EQ(Area(kTriangle, 1.0, false, -1.0, 0.0), 0.0);
 
     // Empty array: dArea untouched, outline emptied all the same.
-    CChartPointDArray empty;
-    CChartPointDArray outline;
-    outline.Add(new CChartPointD(1, 1));
     double dArea = 7.0;
-    empty.GetMaxAreaAboveYValueAndAllPointsInArea(1.0, 1.0, kLo, kHi, 1.0, dArea, &outline);
+    EXPECT_TRUE(AreaOutline({}, 1.0, 1.0, 1.0, dArea).empty());
     EXPECT_EQ(dArea, 7.0);
-    EXPECT_EQ(outline.GetSize(), 0);
 }
 
 TEST(AreaMeasures, BelowUsesAbsoluteValues)
 {
     // Level 0, dip to -1 between crossings at 0.5 and 2.5.
-    EXPECT_DOUBLE_EQ(Below({{0, 1}, {1, -1}, {2, -1}, {3, 1}}, 0.0), 1.5);
+    EXPECT_DOUBLE_EQ(Area({{0, 1}, {1, -1}, {2, -1}, {3, 1}}, 0.0, true), 1.5);
     // A dip that stays positive: |sum| 1.0 less |rect| 5/3 is negative.
-    EXPECT_EQ(Below({{0, 2}, {1, 0.5}, {2, 0.5}, {3, 2}}, 1.0), 0.0);
+    EXPECT_EQ(Area({{0, 2}, {1, 0.5}, {2, 0.5}, {3, 2}}, 1.0, true), 0.0);
     // Below a negative level: |sum| 17/3 less |rect| 7/3.
-    EXPECT_NEAR(Below({{0, 0}, {1, -3}, {2, -3}, {3, 0}}, -1.0), 10.0 / 3.0, 1e-12);
+    EXPECT_NEAR(Area({{0, 0}, {1, -3}, {2, -3}, {3, 0}}, -1.0, true), 10.0 / 3.0, 1e-12);
     // Above keeps signs: (0 - 1) / 2 * 0.5 - (-1).
-    EXPECT_DOUBLE_EQ(Above({{0, -2}, {1, 0}, {2, -2}}, -1.0), 0.75);
+    EXPECT_DOUBLE_EQ(Area({{0, -2}, {1, 0}, {2, -2}}, -1.0), 0.75);
     // Above a dip: the only pair starts with a closer.
-    EXPECT_EQ(Above({{0, 2}, {1, 0.5}, {2, 0.5}, {3, 2}}, 1.0), 0.0);
+    EXPECT_EQ(Area({{0, 2}, {1, 0.5}, {2, 0.5}, {3, 2}}, 1.0), 0.0);
 }
 
 TEST(AreaMeasures, EyeLineForms)
@@ -152,7 +147,7 @@ TEST(AreaMeasures, EyeLineForms)
     eye.GetMaxAreaAboveYValueAndAllPointsInAreaWithExtractEyeLinePoints(2.0, 10.0, kLo, kHi, 1.0,
                                                                         dArea, &outline);
     EXPECT_DOUBLE_EQ(dArea, 2.5 * 2.0);
-    EXPECT_EQ(Outline(outline), (Pts{{0.5, 1}, {1, 2}, {2, 2}, {3, 2}, {3.5, 1}}));
+    EXPECT_EQ(Outline(outline), kPlateauOutline);
     EXPECT_EQ(eye.GetSize(), 14); // the waveform keeps its samples
 
     CChartPointDArray dip;

@@ -113,12 +113,6 @@ Found PairsX(const W& a, const W& b, double dY, double dTol, double x0, double x
     f.n = a.GetDataCrossMinMaxXValueByPointArray(&b, dY, dTol, x0, x1, 1, 1, f.lo, f.hi);
     return f;
 }
-Found PairsY(const W& a, const W& b, double y0, double y1)
-{
-    Found f{0, -1, -1};
-    f.n = a.GetDataCrossMinMaxYValueByPointArray(&b, y0, y1, 1, 1, f.lo, f.hi);
-    return f;
-}
 // Rectangle x in [1, 3], y in [1, dTop]; the seed in dMinX is lost.
 Found Rect(const W& w, double dTop, double x0, double x1)
 {
@@ -270,21 +264,6 @@ TEST(CrossingSearch, AllPairsCrossingOfTwoEyeLines)
     Fill(up2, {{0, 1}, {4, 3}});
     EXPECT_EQ(PairsX(up, up2, 2, 1, 0, 4, 1), (Found{0, 0, 0}));
     EXPECT_EQ(PairsX(up, up2, 2, 1, 0, 4, 0), (Found{1, 2, 2, 2, 2}));
-}
-
-TEST(CrossingSearch, YCrossingOfTwoLinesInTheFirstHalf)
-{
-    // X range [0, 2]: only (0,0)-(1,2) of this array qualifies; it meets
-    // (0,2)-(1,0) at (0.5, 1). Segments one unit wide exceed half a period
-    // of 1.5.
-    CChartPointDArray a, b;
-    Fill(a, {{0, 0}, {1, 2}, {4, 0}});
-    Fill(b, {{0, 2}, {1, 0}});
-    a.m_dPeriod = 4;
-    EXPECT_EQ(PairsY(a, b, 0, 2), (Found{1, 1, 1}));
-    EXPECT_EQ(PairsY(a, b, 1.5, 2), (Found{0, 0, 0}));
-    a.m_dPeriod = 1.5;
-    EXPECT_EQ(PairsY(a, b, 0, 2), (Found{0, 0, 0}));
 }
 
 TEST(CrossingSearch, RectangleSidesAndSeedOverwrite)

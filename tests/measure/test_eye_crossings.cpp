@@ -26,24 +26,12 @@ plotvane::DdrEye WriteEye()
     return plotvane::GenerateDdrEye(p);
 }
 
-// Everything one scale answers, for comparing the scales.
-struct Answers
+// Everything one scale answers, found flags as 0 or 1, for comparing the
+// scales.
+struct Answers : std::vector<double>
 {
-    std::vector<double> values;
-    std::vector<bool> found;
-
-    void Add(const LevelCross& c)
-    {
-        found.push_back(c.bFound);
-        values.push_back(c.dLo);
-        values.push_back(c.dHi);
-    }
-    void Add(bool bFound, double a, double b)
-    {
-        found.push_back(bFound);
-        values.push_back(a);
-        values.push_back(b);
-    }
+    void Add(bool bFound, double a, double b) { insert(end(), {double(bFound), a, b}); }
+    void Add(const LevelCross& c) { Add(c.bFound, c.dLo, c.dHi); }
 };
 } // namespace
 
@@ -102,10 +90,9 @@ TEST(EyeCrossings, LevelAndStrobeSearchesAtEveryScale)
     }
     for (const Answers& ans : all)
     {
-        EXPECT_EQ(ans.found, all[0].found);
-        ASSERT_EQ(ans.values.size(), all[0].values.size());
-        for (std::size_t i = 0; i < ans.values.size(); ++i)
-            EXPECT_NEAR(ans.values[i], all[0].values[i], 1e-6 * ps) << i;
+        ASSERT_EQ(ans.size(), all[0].size());
+        for (std::size_t i = 0; i < ans.size(); ++i)
+            EXPECT_NEAR(ans[i], all[0][i], 1e-6 * ps) << i;
     }
 }
 

@@ -30,7 +30,9 @@ std::uint64_t Bits(double v)
 }
 
 // The search as it was: every kept segment of self against every kept
-// segment of other, in index order, the first hit of a tie staying.
+// segment of other, in index order, the first hit of a tie staying. Kept:
+// running forward, between 0 and half of self's largest X, not wholly above
+// or below the band, and no wider than half of self's period.
 Answer EveryPair(const W& self, const W& other, double y0, double y1, double sx, double sy)
 {
     const double dRight = self.GetMaxX() * 0.5, dWidest = self.m_dPeriod * 0.5;
@@ -79,7 +81,8 @@ void Add(W& w, double x, double y)
 }
 
 // Random waveforms: steps on a coarse grid (ties, shared samples, collinear
-// runs, 0.0 and -0.0) or free; some vertical, some falling back (seams).
+// runs, 0.0 and -0.0, so that which of two equal extremes the walk meets
+// first decides the bits) or free; some vertical, some falling back (seams).
 void RandomWave(std::mt19937_64& rng, W& w, int n, bool bGrid)
 {
     std::uniform_real_distribution<double> u(0.0, 1.0);
@@ -114,49 +117,6 @@ TEST(PairSweep, AgreesWithEveryPairOnRandomWaveforms)
     }
 }
 
-// A differential clock with skew and common-mode offset, its edges RC, as a
-// scope gives it (quantized) and as a resampler gives it (long straight runs),
-// folded into one period as an eye is (a seam at each period).
-TEST(PairSweep, AgreesWithEveryPairOnADifferentialClock)
-{
-    const double T = 1.25e-9, dt = 2e-12, lsb = 1.0 / 256.0;
-    for (int nFold = 0; nFold < 2; ++nFold)
-        for (int nShape = 0; nShape < 3; ++nShape)
-        {
-            W t, c;
-            for (int k = 0; k < 3000; ++k)
-            {
-                const double x = k * dt, ph = std::fmod(x, T) / T;
-                const double xs = nFold ? std::fmod(x, T) : x;
-                auto edge = [&](double lag, bool inv)
-                {
-                    const double up = ph < 0.5 ? 1 - std::exp(-(ph * T - lag) / 40e-12) : 0.0;
-                    const double v = 0.2 + 0.8 * std::fmax(0.0, inv ? 1 - up : up);
-                    return nShape == 1 ? std::round(v / lsb) * lsb : v;
-                };
-                if (nShape == 2 && k % 16 != 0)
-                    continue; // resampled below
-                Add(t, xs, edge(0.0, false));
-                Add(c, xs, edge(20e-12, true) + 0.04);
-            }
-            if (nShape == 2)
-                for (W* w : {&t, &c})
-                {
-                    W r;
-                    for (INT_PTR i = 0; i + 1 < w->GetSize(); ++i)
-                        for (int s = 0; s < 16; ++s)
-                        {
-                            const CChartPointD &a = *w->GetAt(i), &b = *w->GetAt(i + 1);
-                            Add(r, a.X + s / 16.0 * (b.X - a.X), a.Y + s / 16.0 * (b.Y - a.Y));
-                        }
-                    *w = r;
-                }
-            t.m_dPeriod = T;
-            ExpectSame(t, c, 0.44, 0.76, 1e9, 1000.0);
-            ExpectSame(t, c, 0.9, 0.95, 1e9, 1000.0); // the band misses the edges
-        }
-}
-
 // Pieces of one straight line, far apart in X: the primitive can report a
 // meeting there through rounding alone, and the sweep must too.
 TEST(PairSweep, FindsTheRoundingHitsOfFarCollinearPieces)
@@ -181,36 +141,6 @@ TEST(PairSweep, FindsTheRoundingHitsOfFarCollinearPieces)
         ExpectSame(a, b, -10.0, 10.0, 1.0, 1.0);
     }
     EXPECT_GT(nHits, 0);
-}
-
-// Two hits at 0.0 and -0.0: whichever the walk meets first is the answer.
-TEST(PairSweep, KeepsTheFirstOfEqualExtremesInWalkingOrder)
-{
-    W a;
-    Add(a, 0.0, -1.0);
-    Add(a, 2.0, 1.0);
-    Add(a, 4.0, 5.0);
-    a.m_dPeriod = 10.0;
-    for (bool bNegativeFirst : {true, false})
-    {
-        W b;
-        auto touch = [&] // ends on a at (1, -0.0); swept after the crossing
-        {
-            Add(b, 0.8, 0.5);
-            Add(b, 1.0, -0.0);
-        };
-        auto cross = [&] // crosses a at (1, 0.0)
-        {
-            Add(b, 0.5, -1.0);
-            Add(b, 1.5, 1.0);
-        };
-        bNegativeFirst ? (touch(), cross()) : (cross(), touch());
-        double lo = 1.0, hi = 1.0;
-        ASSERT_EQ(a.GetDataCrossMinMaxYValueByPointArray(&b, -1.0, 1.0, 1.0, 1.0, lo, hi), 1);
-        EXPECT_EQ(std::signbit(lo), bNegativeFirst);
-        EXPECT_EQ(std::signbit(hi), bNegativeFirst);
-        ExpectSame(a, b, -1.0, 1.0, 1.0, 1.0);
-    }
 }
 
 // Where the sweep can't vouch for its rounding (a NaN, a huge coordinate)

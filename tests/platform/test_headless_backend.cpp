@@ -64,6 +64,19 @@ HeadlessBackend& Headless()
     return HeadlessBackend::Default();
 }
 
+// What a GL window asks for: 32 colour bits, 16 depth bits, one stencil bit.
+PIXELFORMATDESCRIPTOR WindowFormat(DWORD extraFlags = 0)
+{
+    PIXELFORMATDESCRIPTOR want{};
+    want.nSize = sizeof(want);
+    want.nVersion = 1;
+    want.dwFlags = PFD_SUPPORT_OPENGL | PFD_DRAW_TO_WINDOW | PFD_DOUBLEBUFFER | extraFlags;
+    want.cColorBits = 32;
+    want.cDepthBits = 16;
+    want.cStencilBits = 1;
+    return want;
+}
+
 } // namespace
 
 TEST(HeadlessWindows, GeometryIsClientSizedWithoutBorder)
@@ -262,16 +275,9 @@ TEST(HeadlessGL, ConfigsAreDescribedAsPixelFormats)
     EXPECT_EQ(DescribePixelFormat(dc, count + 1, sizeof(pfd), &pfd), 0);
 
     // ChoosePixelFormat ranks these very descriptions, numbered as described.
-    PIXELFORMATDESCRIPTOR want{};
-    want.nSize = sizeof(want);
-    want.nVersion = 1;
-    want.dwFlags = PFD_SUPPORT_OPENGL | PFD_DRAW_TO_WINDOW | PFD_DOUBLEBUFFER;
-    want.cColorBits = 32;
-    want.cDepthBits = 16;
-    want.cStencilBits = 1;
-    EXPECT_EQ(ChoosePixelFormat(dc, &want), plotvane::ChooseNearestPixelFormat(described, want));
-    want.dwFlags |= PFD_GENERIC_FORMAT;
-    EXPECT_EQ(ChoosePixelFormat(dc, &want), plotvane::ChooseNearestPixelFormat(described, want));
+    for (const PIXELFORMATDESCRIPTOR& want : {WindowFormat(), WindowFormat(PFD_GENERIC_FORMAT)})
+        EXPECT_EQ(ChoosePixelFormat(dc, &want),
+                  plotvane::ChooseNearestPixelFormat(described, want));
 }
 
 TEST(HeadlessGL, ClearSwapResizeAndFrontBuffer)
@@ -280,13 +286,7 @@ TEST(HeadlessGL, ClearSwapResizeAndFrontBuffer)
     CWnd wnd;
     ASSERT_TRUE(wnd.Create(nullptr, "", WS_VISIBLE, CRect(0, 0, 40, 20), nullptr, 0));
     CClientDC dc(&wnd);
-    PIXELFORMATDESCRIPTOR want{};
-    want.nSize = sizeof(want);
-    want.nVersion = 1;
-    want.dwFlags = PFD_SUPPORT_OPENGL | PFD_DRAW_TO_WINDOW | PFD_DOUBLEBUFFER;
-    want.cColorBits = 32;
-    want.cDepthBits = 16;
-    want.cStencilBits = 1;
+    const PIXELFORMATDESCRIPTOR want = WindowFormat();
     const int format = ChoosePixelFormat(dc, &want);
     ASSERT_GT(format, 0);
     ASSERT_TRUE(SetPixelFormat(dc, format, &want));

@@ -39,14 +39,10 @@ protected:
     CChartPointDArray& AddCurve(std::initializer_list<std::pair<double, double>> pts,
                                 COLORREF color = kRed)
     {
-        CPlotvane_InputData& d = m.m_InputData;
-        const int i = d.AddNewDataSet();
-        CChartPointDArray& set = *d.GetChartPointDArray(i);
+        CChartPointDArray src;
         for (auto [x, y] : pts)
-            set.Add(new CChartPointD(x, y));
-        set.m_Color = CColor(color);
-        d.AddDrawDataSetIndex(i);
-        return set;
+            src.Add(new CChartPointD(x, y));
+        return *m.m_InputData.GetChartPointDArray(AddSet(src, color));
     }
 
     // Client pixel of a logical point on the current 1:1 frame.

@@ -24,10 +24,8 @@ TEST_F(ChartFrameTest, OriginIsATenthInAndTheAxesCrossThere)
         EXPECT_EQ(f.VisibleRect(), view->GetViewRectLP());
         EXPECT_NEAR(f.OriginX(), f.Left() + f.Width() / 10, 1e-4 * f.Width());
         EXPECT_NEAR(f.OriginY(), f.Bottom() + f.Height() / 10, 1e-4 * f.Height());
-        EXPECT_EQ(view->GetOriginPoint().x, f.OriginX());
-        EXPECT_EQ(view->GetOriginPoint().y, f.OriginY());
-        EXPECT_EQ(f.TopRight().x, f.Right());
-        EXPECT_EQ(f.TopRight().y, f.Top());
+        EXPECT_EQ(view->GetOriginPoint(), CPointD(f.OriginX(), f.OriginY()));
+        EXPECT_EQ(f.TopRight(), CPointD(f.Right(), f.Top()));
 
         const CPointD px = f.LogicalToPixel(f.OriginX(), f.OriginY());
         EXPECT_NEAR(px.x, kWidth / 10.0, 0.01);
@@ -68,13 +66,9 @@ TEST_F(ChartFrameTest, LinearMapsRoundTripThroughPixels)
     EXPECT_FALSE(f.IsLogY());
 
     const CPointD lp = f.DataToLogical(5e-9, 0.25);
-    EXPECT_EQ(lp.x, 5e-9 * 1e9);
-    EXPECT_EQ(lp.y, 0.25 * 1e3);
+    EXPECT_EQ(lp, CPointD(5e-9 * 1e9, 0.25 * 1e3));
     const CPointD px = f.LogicalToPixel(lp.x, lp.y);
-    EXPECT_GT(px.x, 0.0);
-    EXPECT_LT(px.x, kWidth);
-    EXPECT_GT(px.y, 0.0);
-    EXPECT_LT(px.y, kHeight);
+    EXPECT_TRUE(px.x > 0.0 && px.x < kWidth && px.y > 0.0 && px.y < kHeight);
     const CPointD back = f.PixelToLogical(px.x, px.y);
     EXPECT_NEAR(back.x, lp.x, 1e-9);
     EXPECT_NEAR(back.y, lp.y, 1e-9);
@@ -85,9 +79,7 @@ TEST_F(ChartFrameTest, LinearMapsRoundTripThroughPixels)
     for (CPoint pt : {CPoint(0, 0), CPoint(17, 250), CPoint(kWidth, kHeight)})
     {
         const CPointD d = f.PixelToLogical(pt.x, pt.y);
-        const CPointF v = view->ClientPointToView(pt);
-        EXPECT_EQ(float(d.x), v.x);
-        EXPECT_EQ(float(d.y), v.y);
+        EXPECT_EQ(CPointF(float(d.x), float(d.y)), view->ClientPointToView(pt));
     }
     EXPECT_NEAR(f.LogicalPerPixelX(), f.Width() / kWidth, 1e-12);
     EXPECT_NEAR(f.LogicalPerPixelY(), f.Height() / kHeight, 1e-12);

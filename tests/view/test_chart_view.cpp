@@ -103,7 +103,7 @@ TEST_F(ChartView, DisplayListIsRebuiltOnlyByRedrawGLChartView)
     EXPECT_TRUE(glIsList(view->m_nDisplayList));
 }
 
-TEST_F(ChartView, ZoomAndPanMoveThePicture)
+TEST_F(ChartView, ZoomMagnifiesAboutTheCentre)
 {
     view->SetGridMode(1);
     AddCurve({{150, 200.5}, {250, 200.5}});
@@ -116,23 +116,13 @@ TEST_F(ChartView, ZoomAndPanMoveThePicture)
     EXPECT_FALSE(ColorNear(kRed, 200, Row(200.5), 0));
     EXPECT_TRUE(ColorNear(kRed, 200, Row(150 + 50.5 * 1.2)));
     EXPECT_TRUE(ColorNear(kRed, 200 - 59, Row(150 + 50.5 * 1.2)));
-
-    // Panning the view right moves the scene left.
-    view->m_nZoomExponent = 0;
-    view->OffsetViewArea(50.0f, 0.0f);
-    Paint();
-    EXPECT_TRUE(ColorNear(kRed, 110, Row(200.5), 0));
-    EXPECT_FALSE(ColorNear(kRed, 230, Row(200.5), 0));
 }
 
 TEST_F(ChartView, ViewAreaOperations)
 {
     // The smaller corner lands on the plot frame's origin.
     m.SetViewAreaByPoint(CPointF(10, 20), CPointF(100, 200));
-    EXPECT_EQ(view->m_rcViewArea.Left(), 0.0f);
-    EXPECT_EQ(view->m_rcViewArea.Bottom(), 0.0f);
-    EXPECT_EQ(view->m_rcViewArea.Right(), 100.0f);
-    EXPECT_EQ(view->m_rcViewArea.Top(), 200.0f);
+    EXPECT_EQ(view->m_rcViewArea, CRectF(CRectD(0, 0, 100, 200)));
     Paint();
     const CPointD origin = view->GetOriginPoint();
     EXPECT_NEAR(origin.x, 10.0, 1e-3);

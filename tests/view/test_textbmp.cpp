@@ -48,31 +48,22 @@ public:
     std::function<void()> scene;
 };
 
+// The bounding box of the label's pixels, and their count.
 struct Box
 {
-    int left = INT_MAX;
-    int top = INT_MAX;
-    int right = INT_MIN;
-    int bottom = INT_MIN;
-    int count = 0;
+    int left = INT_MAX, top = INT_MAX, right = INT_MIN, bottom = INT_MIN, count = 0;
 };
 
 Box LabelBox(const plotvane::Image& image)
 {
     Box box;
     for (int y = 0; y < image.height; ++y)
-    {
         for (int x = 0; x < image.width; ++x)
-        {
-            if (image.Pixel(x, y) != kLabel)
-                continue;
-            box.left = std::min(box.left, x);
-            box.right = std::max(box.right, x);
-            box.top = std::min(box.top, y);
-            box.bottom = std::max(box.bottom, y);
-            ++box.count;
-        }
-    }
+            if (image.Pixel(x, y) == kLabel)
+            {
+                box = {std::min(box.left, x), std::min(box.top, y), std::max(box.right, x),
+                       std::max(box.bottom, y), box.count + 1};
+            }
     return box;
 }
 
@@ -100,9 +91,7 @@ protected:
 
 TEST_F(TextBmpTest, AsciiTextLandsRightOfAndAboveItsPosition)
 {
-    CGLTextBmp font;
-    EXPECT_EQ(font.m_strFaceName, CString("Tahoma"));
-    EXPECT_EQ(font.m_nFontSize, 12);
+    CGLTextBmp font; // Tahoma, 12 points
     font.BuildFont(wnd.Hdc());
     ASSERT_NE(font.m_nListBase, 0u);
     EXPECT_TRUE(glIsList(font.m_nListBase + 'H'));

@@ -308,24 +308,22 @@ TEST_F(ViewInputTest, GrabbingFollowsItsOrderWithTheBoxTextException)
 {
     const CPoint at(200, 150);
     const CPointF p = view->ClientPointToView(at);
-    const auto textAt = [&](const char* s) {
-        auto* t = new CChartTextData;
-        t->m_strText = s;
+    const auto place = [&](CChartTextData* t) {
         t->m_bVisible = 1;
         t->m_dX = p.x - 0.01;
         t->m_dY = p.y - 0.01;
-        t->m_dWidth = 0.05;
-        t->m_dHeight = 0.05;
+        t->m_dWidth = t->m_dHeight = 0.05;
+        return t;
+    };
+    const auto textAt = [&](const char* s) {
+        auto* t = place(new CChartTextData);
+        t->m_strText = s;
         return t;
     };
     // A box text and a curve label on the same spot: the label takes over,
     // the box text stays hidden.
     auto* box = new CChartClippingBox;
-    box->m_pWidthText->m_dX = p.x - 0.01;
-    box->m_pWidthText->m_dY = p.y - 0.01;
-    box->m_pWidthText->m_dWidth = 0.05;
-    box->m_pWidthText->m_dHeight = 0.05;
-    box->m_pWidthText->m_bVisible = 1;
+    place(box->m_pWidthText);
     m.m_pClippingBoxArray->Add(box);
     CChartTextData* label = textAt("rise");
     view->m_pSelectNodeNames->Add(label);
