@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace plotvane
 {
@@ -169,18 +170,18 @@ void KeepLastXValueWhole(CPlotvane_Manager& mgr, int nFontSize)
     mgr.m_nFormatType = nFormat;
 }
 
-double RefineSparseYGrid(CPlotvane_Manager& mgr, const std::vector<double>& keepVisible)
+double RefineYGrid(CPlotvane_Manager& mgr, const std::vector<double>& keepVisible)
 {
     CGLChartView* view = mgr.m_ChartDlg.GetGLChartView();
     const CAxisAttribute& axis = mgr.m_Attribute.m_YAxis;
     if ((mgr.m_bUseMagnitude && mgr.m_nMagnitudeScale == 1) || axis.GetUserSettingInterval() ||
         view == nullptr || view->GetSafeHwnd() == nullptr)
         return 0.0;
+    // The projection of the area the next frame shows.
+    view->FitCurViewAreaWithWindow();
     const double h = double(view->GetViewRectLP().height);
     const double d = mgr.GetYGridInterval();
     const auto enough = [h](double step) { return std::trunc(h / step) >= 4.0; };
-    if (!(d > 0.0) || !(h > 0.0) || enough(d))
-        return 0.0;
     // Within a thousandth of a step: a line there covers the level's pixels.
     const auto hides = [&](double step)
     {
@@ -192,10 +193,20 @@ double RefineSparseYGrid(CPlotvane_Manager& mgr, const std::vector<double>& keep
         }
         return false;
     };
+    if (!(d > 0.0) || !(h > 0.0))
+        return 0.0;
+    const bool bSparse = !enough(d);
+    if (!bSparse && !hides(d))
+        return 0.0;
+    // Finer steps for a sparse grid, coarser ones for a grid that would
+    // hide a level; a sparse grid takes the first fine step that gives
+    // enough lines even when it hides one.
+    const std::vector<double> factors =
+        bSparse ? std::vector<double>{0.5, 0.2, 0.25, 0.1} : std::vector<double>{2.0, 2.5, 5.0};
     double chosen = 0.0;
-    for (const double divisor : {2.0, 5.0, 4.0, 10.0})
+    for (const double factor : factors)
     {
-        const double step = d / divisor;
+        const double step = d * factor;
         if (!enough(step))
             continue;
         if (!hides(step))
@@ -203,7 +214,7 @@ double RefineSparseYGrid(CPlotvane_Manager& mgr, const std::vector<double>& keep
             chosen = step;
             break;
         }
-        if (chosen == 0.0)
+        if (bSparse && chosen == 0.0)
             chosen = step;
     }
     if (chosen > 0.0)

@@ -68,15 +68,16 @@ void KeepLastXValueWhole(CPlotvane_Manager& mgr, int nFontSize);
 // as 0 to 1.2 V with two lines; the view warns its host of that with
 // message 2525. A host that draws for people refines it to the largest
 // half, fifth, quarter or tenth of that interval that gives four lines or
-// more. A grid line hides an overlay line drawn later at its height, so
-// steps that put a line on one of keepVisible (Y levels in data units,
-// such as an eye's reference) come last. Answers the interval set, in view
-// units, or 0 when the grid was left alone: a log Y axis, an interval a
-// person set, enough lines already. Needs the chart's window and the view
-// fitted.
-double RefineSparseYGrid(CPlotvane_Manager& mgr, const std::vector<double>& keepVisible = {});
+// more. A grid line also hides an overlay line drawn later at its height,
+// so steps that put a line on one of keepVisible (Y levels in data units,
+// such as an eye's reference) come last, and a grid that would hide one
+// takes twice, two and a half or five times its step where four lines
+// remain. Answers the interval set, in view units, or 0 when the grid was
+// left alone: a log Y axis, an interval a person set, nothing to mend.
+// Needs the chart's window and the view fitted.
+double RefineYGrid(CPlotvane_Manager& mgr, const std::vector<double>& keepVisible = {});
 // Gives the grid its own interval back when dInterval is what
-// RefineSparseYGrid set and it is still in force; a chart saved after this
+// RefineYGrid set and it is still in force; a chart saved after this
 // holds no interval of the host's.
 void UndoRefinedYGrid(CPlotvane_Manager& mgr, double dInterval);
 

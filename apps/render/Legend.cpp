@@ -224,4 +224,12 @@ void AddLegend(CPlotvane_Manager& mgr, int nFontSize, bool bEyeSummary)
     }
 }
 
+bool HasEyeSummary(const CPlotvane_Manager& mgr)
+{
+    bool bEye = false;
+    ForEachDrawnSet(mgr, [&bEye](const CChartPointDArray& set)
+                    { bEye = bEye || (set.m_nDataType >= 2 && set.m_nPinRole == 2); });
+    return bEye;
+}
+
 } // namespace plotvane

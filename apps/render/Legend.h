@@ -17,4 +17,8 @@ namespace plotvane
 // right clear for the eye overlay's margin texts. nFontSize is in pixels.
 void AddLegend(CPlotvane_Manager& mgr, int nFontSize, bool bEyeSummary);
 
+// Whether the timing overlay will print its margin summary: a drawn DQ eye
+// at a receiver.
+bool HasEyeSummary(const CPlotvane_Manager& mgr);
+
 } // namespace plotvane

@@ -37,16 +37,6 @@ void ApplyLook(CGLChartView& view, const RenderOptions& options)
     view.SetGridColor(env.GetLabelColor());
 }
 
-// Whether the timing overlay will print its margin summary: a drawn DQ eye
-// at a receiver.
-bool HasEyeSummary(const CPlotvane_Manager& mgr)
-{
-    bool bEye = false;
-    ForEachDrawnSet(mgr, [&bEye](const CChartPointDArray& set)
-                    { bEye = bEye || (set.m_nDataType >= 2 && set.m_nPinRole == 2); });
-    return bEye;
-}
-
 } // namespace
 
 void RenderChartToPng(CPlotvane_Manager& mgr, const RenderOptions& options)
@@ -70,7 +60,7 @@ void DrawChartToPng(CPlotvane_Manager& mgr, const RenderOptions& options)
     KeepLastXValueWhole(mgr, options.nFontSize);
     if (options.bLegend)
         AddLegend(mgr, options.nFontSize, HasEyeSummary(mgr));
-    const double dRefinedY = RefineSparseYGrid(mgr, EyeReferenceLevels(mgr));
+    const double dRefinedY = RefineYGrid(mgr, EyeReferenceLevels(mgr));
     mgr.RedrawGLChartView();
     UndoRefinedYGrid(mgr, dRefinedY);
     if (!SaveChartImage(mgr, CString(options.output)))

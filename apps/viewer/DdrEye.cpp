@@ -4,6 +4,7 @@
 #include "viewer/ViewerFrame.h"
 
 #include "render/Axes.h"
+#include "render/Legend.h"
 #include "render/Measure.h"
 #include "render/demos/OverlayHost.h"
 
@@ -155,8 +156,10 @@ EyeChartSets ShowEye(ViewerFrame& frame, const EyeSignals& eye, const RenderOpti
     // and its summary needs the wide fit to stay above the upper rail.
     ApplyAxes(mgr, {"Time", "s"}, {"Voltage", "V"}, -9);
     data.m_bFitMarginTight = 0;
+    frame.ClearMarks();
     mgr.SetChartDrawFit();
     KeepLastXValueWhole(mgr, mgr.GetDefaultFontSize());
+    AddLegend(mgr, mgr.GetDefaultFontSize(), true);
     return sets;
 }
 

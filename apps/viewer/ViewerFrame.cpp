@@ -5,6 +5,7 @@
 
 #include "render/Axes.h"
 #include "render/ChartInput.h"
+#include "render/Legend.h"
 #include "render/Measure.h"
 #include "render/Options.h"
 #include "render/SignalInput.h"
@@ -196,6 +197,7 @@ bool ViewerFrame::OpenFile(const std::string& path)
             CPlotvane_Manager probe;
             LoadChartFile(probe, path);
             m_manager.RemoveAllData();
+            ClearMarks();
             LoadChartFile(m_manager, path);
             // The eye overlay's summary stands near the top of the view: a
             // chart with eyes gets the wide fit, which keeps the upper rail
@@ -218,12 +220,24 @@ bool ViewerFrame::OpenFile(const std::string& path)
     {
         m_manager.SetChartDrawFit();
         KeepLastXValueWhole(m_manager, m_manager.GetDefaultFontSize());
+        // An archive keeps no texts: the legend is made anew.
+        AddLegend(m_manager, m_manager.GetDefaultFontSize(), HasEyeSummary(m_manager));
     }
     SetTitle("Plotvane Viewer - " + wxString::FromUTF8(FileStem(path)));
     m_history.AddFileToHistory(wxString::FromUTF8(path));
     Redraw();
     ChartReplaced();
     return true;
+}
+
+void ViewerFrame::ClearMarks()
+{
+    m_manager.RemoveClippingLineArray();
+    m_manager.RemoveClippingBoxArray();
+    CGLChartView& view = View();
+    view.ClearTextDB();
+    view.ClearLineDB();
+    view.ClearSelectNodeNames();
 }
 
 void ViewerFrame::ChartReplaced()
@@ -255,6 +269,7 @@ void ViewerFrame::OpenDataFile(const std::string& path)
         CheckChartData(probe, [](const std::string&) {});
     }
     m_manager.RemoveAllData();
+    ClearMarks();
     // The overlay and axis kinds of the chart before belong to its data.
     ClearOverlays(m_manager);
     m_manager.m_nFrequencyScale = 0;
@@ -265,6 +280,7 @@ void ViewerFrame::OpenDataFile(const std::string& path)
     ApplyAxes(m_manager, axes.x, axes.y);
     m_manager.SetChartDrawFit();
     KeepLastXValueWhole(m_manager, m_manager.GetDefaultFontSize());
+    AddLegend(m_manager, m_manager.GetDefaultFontSize(), false);
 }
 
 namespace
@@ -436,7 +452,7 @@ bool ViewerFrame::RefineGrid()
 {
     const double before = m_dRefinedY;
     UndoRefinedYGrid(m_manager, m_dRefinedY);
-    m_dRefinedY = RefineSparseYGrid(m_manager, EyeReferenceLevels(m_manager));
+    m_dRefinedY = RefineYGrid(m_manager, EyeReferenceLevels(m_manager));
     return m_dRefinedY != before;
 }
 

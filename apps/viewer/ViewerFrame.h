@@ -55,6 +55,9 @@ public:
         m_chartReplaced.push_back(std::move(listener));
     }
     void ChartReplaced();
+    // Cursors, boxes, texts, lines and curve labels off the chart: they
+    // belong to the data they were placed on.
+    void ClearMarks();
     // The light colour set is in use: new curves take its colours.
     bool IsLight() const;
 

@@ -342,9 +342,10 @@ TEST_F(AxesTest, LegendStandsWhereNoCurveRuns)
 }
 
 // A range that the grid's own interval gives two lines gets a finer step
-// in the picture, one that misses an eye's reference where it can; the
-// chart keeps its own interval, and an interval a person set stays.
-TEST_F(AxesTest, SparseYGridIsRefinedAroundLevelsThatMustShow)
+// in the picture, one that misses an eye's reference where it can, and a
+// grid that would hide the reference a coarser one; the chart keeps its
+// own interval, and an interval a person set stays.
+TEST_F(AxesTest, YGridIsRefinedWhereSparseAndAroundLevelsThatMustShow)
 {
     AddCurve({0.0, 1e-9}, {0.0, 1.2});
     plotvane::ApplyAxes(m, {"Time", "s"}, {"Voltage", "V"});
@@ -354,7 +355,7 @@ TEST_F(AxesTest, SparseYGridIsRefinedAroundLevelsThatMustShow)
     EXPECT_EQ(axis.GetUserSettingInterval(), 0);
 
     const double own = m.GetYGridInterval();
-    const double fifth = plotvane::RefineSparseYGrid(m);
+    const double fifth = plotvane::RefineYGrid(m);
     EXPECT_NEAR(fifth, own / 5, own * 1e-12);
     EXPECT_EQ(m.GetYGridInterval(), fifth);
     plotvane::UndoRefinedYGrid(m, fifth);
@@ -362,13 +363,25 @@ TEST_F(AxesTest, SparseYGridIsRefinedAroundLevelsThatMustShow)
     EXPECT_EQ(m.GetYGridInterval(), own);
 
     // 0.6 V lies on a line every fifth of a volt, not every quarter.
-    const double quarter = plotvane::RefineSparseYGrid(m, {0.6});
+    const double quarter = plotvane::RefineYGrid(m, {0.6});
     EXPECT_NEAR(quarter, own / 4, own * 1e-12);
     plotvane::UndoRefinedYGrid(m, quarter);
 
     m.SetYGridInterval(own / 10);
-    EXPECT_EQ(plotvane::RefineSparseYGrid(m), 0.0);
+    EXPECT_EQ(plotvane::RefineYGrid(m), 0.0);
     plotvane::UndoRefinedYGrid(m, own / 5);
     EXPECT_EQ(axis.GetUserSettingInterval(), 1);
     EXPECT_EQ(m.GetYGridInterval(), own / 10);
+
+    // Enough lines, one of them on the level: a coarser step uncovers it.
+    m.m_Attribute.m_YAxis.m_bUserSettingInterval = 0;
+    m.RemoveAllData();
+    AddCurve({0.0, 1e-9}, {0.0, 9.0});
+    m.SetChartDrawFit();
+    view->FitCurViewAreaWithWindow();
+    const double step = m.GetYGridInterval();
+    const double level = step / CPlotvane_InputData::m_dViewScaleY;
+    ASSERT_GE(std::trunc(double(view->GetViewRectLP().height) / step), 8.0);
+    EXPECT_EQ(plotvane::RefineYGrid(m, {level * 1.5}), 0.0) << "a level between lines";
+    EXPECT_NEAR(plotvane::RefineYGrid(m, {level}), 2 * step, step * 1e-12);
 }

@@ -280,6 +280,16 @@ TEST_F(MeasureMenu, DdrEyeFromSetsFoldsAChosenPairAndMeasuresItAsTheRenderProgra
     EXPECT_EQ(dqs.m_strName.str(), "DQS");
     EXPECT_NEAR(plotvane::viewer::StrobePeriod(dqs), 1.25e-9, 1e-15);
     EXPECT_FALSE(plotvane::viewer::IsFoldedEye(dqs));
+    // A legend names the curves; a new chart takes away the marks of the
+    // one before.
+    const auto legend = [this]
+    {
+        std::vector<std::string> names;
+        for (INT_PTR i = 0; i < View()->m_pTextDB->GetSize(); ++i)
+            names.push_back(View()->m_pTextDB->GetAt(i)->m_strText.str());
+        return names;
+    };
+    EXPECT_EQ(legend(), (std::vector<std::string>{"DQ0", "DQS", "DQS_N"}));
 
     // Three different sets, or nothing happens.
     ASSERT_TRUE(Choose("DDR Eye from Sets...", {{"DQ", "DQS"}, {"DQS", "DQS"}}));
@@ -299,6 +309,7 @@ TEST_F(MeasureMenu, DdrEyeFromSetsFoldsAChosenPairAndMeasuresItAsTheRenderProgra
     const std::string report = RenderMeasureReport(csv);
     EXPECT_NE(report.find("\"setup_margin_ps\": 204.5,"), std::string::npos) << report;
     EXPECT_NE(report.find("\"hold_margin_ps\": 204.5,"), std::string::npos) << report;
+    EXPECT_EQ(legend(), (std::vector<std::string>{"EYE1_DQ0", "EYE1_DQS", "EYE1_DQS_N"}));
     frame->Redraw();
     EXPECT_TRUE(Shows("Setup Margin: 204 ps"));
     EXPECT_TRUE(Shows("Hold Margin: 204 ps"));

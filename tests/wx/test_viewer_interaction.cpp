@@ -239,10 +239,11 @@ TEST_F(ViewerInteraction, CtrlTAsksForATextAndAClickPlacesIt)
     EXPECT_TRUE(answered);
     EXPECT_EQ(View().GetDrawMode(), 1);
     EXPECT_STREQ(View().m_pCurrentText->m_strText.GetString(), "eye 1");
+    const INT_PTR nLegend = View().m_pTextDB->GetSize();
     XDo("mousemove " + At(450, 200));
     XDo("click 1");
-    ASSERT_EQ(View().m_pTextDB->GetSize(), 1);
-    EXPECT_STREQ(View().m_pTextDB->GetAt(0)->m_strText.GetString(), "eye 1");
+    ASSERT_EQ(View().m_pTextDB->GetSize(), nLegend + 1);
+    EXPECT_STREQ(View().m_pTextDB->GetAt(nLegend)->m_strText.GetString(), "eye 1");
     const std::vector<CString> notes = TextsOf(plotvane::ChartTextLayer::Annotation);
     EXPECT_NE(std::find(notes.begin(), notes.end(), CString("eye 1")), notes.end());
     Shot("viewer-ctrl-t.png");
