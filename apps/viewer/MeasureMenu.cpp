@@ -25,15 +25,24 @@ void ShowEyeMargins(ViewerFrame& frame)
     // leaves its margins in the DQ set.
     frame.Redraw();
     wxString text;
+    bool bRead = false;
     CPlotvane_InputData& data = frame.Manager().m_InputData;
-    for (int i = 0; i < int(data.GetDataSetSize()); ++i)
+    for (int i : data.m_DrawSet)
     {
         const CChartPointDArray* set = data.GetChartPointDArray(i);
-        if (set->m_dSetupMargin != 0.0 || set->m_dHoldMargin != 0.0)
-            text += wxString::Format("%s: setup %.0f ps, hold %.0f ps\n",
-                                     wxString::FromUTF8(set->m_strName.GetString()),
-                                     set->m_dSetupMargin, set->m_dHoldMargin);
+        if (set == nullptr || (set->m_dSetupMargin == 0.0 && set->m_dHoldMargin == 0.0))
+            continue;
+        // A read cycle's overlay keeps tQH and tDQSQ in the same fields.
+        bRead = bRead || set->m_nReadCycle == 1;
+        text += wxString::Format(set->m_nReadCycle == 1 ? "%s: tQH %.0f ps, tDQSQ %.0f ps\n"
+                                                        : "%s: setup %.0f ps, hold %.0f ps\n",
+                                 wxString::FromUTF8(set->m_strName.GetString()),
+                                 set->m_dSetupMargin, set->m_dHoldMargin);
     }
+    if (bRead)
+        text += "(As the overlay prints them: it names the longer strobe-to-crossing distance "
+                "tQH and the shorter tDQSQ; DDR Eye from Sets and plotvane-render --measure "
+                "report them the other way round.)";
     if (text.empty())
         text = "The chart holds no measured DQ/DQS sets.\nMeasure > DDR Eye from Sets "
                "makes them from a DQ and its strobe, or open a chart written by "

@@ -319,6 +319,22 @@ TEST_F(MeasureMenu, DdrEyeFromSetsFoldsAChosenPairAndMeasuresItAsTheRenderProgra
     EXPECT_FALSE(Choose("DDR Eye Margins"));
     EXPECT_NE(frame->Messages().back().find("setup 204 ps, hold 204 ps"), std::string::npos)
         << frame->Messages().back();
+
+    // A read cycle of the waveforms, which stay in the chart, undrawn: its
+    // margins are tQH and tDQSQ.
+    data.RemoveAllDrawDataSetIndex();
+    for (int i = 0; i < 3; ++i)
+        data.AddDrawDataSetIndex(i);
+    ASSERT_TRUE(Choose("DDR Eye from Sets...",
+                       {{"Period (s)", "1.25e-9"}, {"Cycle", "read: tDQSQ and tQH"}}));
+    EXPECT_EQ(legend(), (std::vector<std::string>{"EYE2_DQ0", "EYE2_DQS", "EYE2_DQS_N"}));
+    // plotvane-render --measure --read says the same of these signals.
+    const std::string read = frame->Messages().back();
+    EXPECT_NE(read.find("tQH 312.500 ps, tDQSQ not measured."), std::string::npos) << read;
+    EXPECT_FALSE(Choose("DDR Eye Margins"));
+    const std::string margins = frame->Messages().back();
+    EXPECT_NE(margins.find("EYE2_DQ0: tQH 0 ps, tDQSQ 312 ps"), std::string::npos) << margins;
+    EXPECT_EQ(margins.find("EYE1_DQ0"), std::string::npos) << "an eye no longer drawn";
 }
 
 // The README's picture: the viewer on the DDR write eye with its Measure
